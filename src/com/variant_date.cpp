@@ -1,0 +1,86 @@
+#include "com/variant_date.h"
+
+#include <fmt/format.h>
+
+#include <cmath>
+#include <cstdio>
+
+namespace qv {
+namespace {
+
+// Days between 1970-01-01 and a civil date (proleptic Gregorian).
+int64_t DaysFromCivil(int64_t y, unsigned m, unsigned d) {
+  y -= m <= 2;
+  const int64_t era = (y >= 0 ? y : y - 399) / 400;
+  const unsigned yoe = static_cast<unsigned>(y - era * 400);
+  const unsigned doy = (153 * (m + (m > 2 ? -3 : 9)) + 2) / 5 + d - 1;
+  const unsigned doe = yoe * 365 + yoe / 4 - yoe / 100 + doy;
+  return era * 146097 + static_cast<int64_t>(doe) - 719468;
+}
+
+void CivilFromDays(int64_t z, int& year, int& month, int& day) {
+  z += 719468;
+  const int64_t era = (z >= 0 ? z : z - 146096) / 146097;
+  const unsigned doe = static_cast<unsigned>(z - era * 146097);
+  const unsigned yoe = (doe - doe / 1460 + doe / 36524 - doe / 146096) / 365;
+  const unsigned doy = doe - (365 * yoe + yoe / 4 - yoe / 100);
+  const unsigned mp = (5 * doy + 2) / 153;
+  day = static_cast<int>(doy - (153 * mp + 2) / 5 + 1);
+  month = static_cast<int>(mp < 10 ? mp + 3 : mp - 9);
+  year = static_cast<int>(static_cast<int64_t>(yoe) + era * 400 + (month <= 2));
+}
+
+// 1899-12-30 relative to 1970-01-01.
+constexpr int64_t kEpochOffset = -25569;
+
+}  // namespace
+
+Date MakeDate(int year, int month, int day, int hour, int minute, int second) {
+  const int64_t days = DaysFromCivil(year, static_cast<unsigned>(month),
+                                     static_cast<unsigned>(day)) -
+                       kEpochOffset;
+  const double time = (hour * 3600.0 + minute * 60.0 + second) / 86400.0;
+  return Date{static_cast<double>(days) + time};
+}
+
+std::string FormatDate(Date d) {
+  // Negative serials count the time away from the day, as automation does.
+  const double whole = std::trunc(d.serial);
+  const int64_t seconds = std::llround(std::fabs(d.serial - whole) * 86400.0);
+  int year, month, day;
+  CivilFromDays(static_cast<int64_t>(whole) + kEpochOffset, year, month, day);
+  const std::string time =
+      fmt::format("{:02}:{:02}:{:02}", seconds / 3600 % 24, seconds / 60 % 60,
+                  seconds % 60);
+  if (whole == 0 && seconds != 0) return time;
+  const std::string date = fmt::format("{:04}-{:02}-{:02}", year, month, day);
+  return seconds == 0 ? date : date + " " + time;
+}
+
+std::optional<Date> ParseDate(std::string_view text) {
+  const std::string s(text);
+  int y, mo, d, h = 0, mi = 0, sec = 0, used = 0;
+  if (std::sscanf(s.c_str(), "%4d-%2d-%2d%n", &y, &mo, &d, &used) != 3) {
+    return std::nullopt;
+  }
+  if (static_cast<size_t>(used) < s.size()) {
+    const char sep = s[static_cast<size_t>(used)];
+    if (sep != ' ' && sep != 'T') return std::nullopt;
+    int used2 = 0;
+    const char* rest = s.c_str() + used + 1;
+    const int n = std::sscanf(rest, "%2d:%2d:%2d%n", &h, &mi, &sec, &used2);
+    if (n < 3) {
+      sec = 0;
+      if (std::sscanf(rest, "%2d:%2d%n", &h, &mi, &used2) != 2) {
+        return std::nullopt;
+      }
+    }
+    if (rest[used2] != '\0') return std::nullopt;
+  }
+  if (mo < 1 || mo > 12 || d < 1 || d > 31 || h > 23 || mi > 59 || sec > 59) {
+    return std::nullopt;
+  }
+  return MakeDate(y, mo, d, h, mi, sec);
+}
+
+}  // namespace qv

@@ -1,0 +1,25 @@
+// Conversions between automation dates (days since 1899-12-30, the fraction
+// being the time of day) and invariant ISO 8601 text.
+#ifndef QVGLOBAL_COM_VARIANT_DATE_H_
+#define QVGLOBAL_COM_VARIANT_DATE_H_
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "com/variant.h"
+
+namespace qv {
+
+// A date from its calendar parts; the time parts may be 0.
+Date MakeDate(int year, int month, int day, int hour = 0, int minute = 0,
+              int second = 0);
+// "2024-03-01 12:30:00"; the time is left out at midnight and the date is
+// left out for a pure time (serial between 0 and 1), as automation prints.
+std::string FormatDate(Date d);
+// Parses "YYYY-MM-DD", "YYYY-MM-DD hh:mm[:ss]" and "YYYY-MM-DDThh:mm[:ss]".
+std::optional<Date> ParseDate(std::string_view text);
+
+}  // namespace qv
+
+#endif  // QVGLOBAL_COM_VARIANT_DATE_H_
