@@ -1,0 +1,16 @@
+#!/usr/bin/env bash
+# Sets up the machine, builds the qv tool in build/ and runs its demonstration
+# on a sample project. Arguments go to `qv demo` (e.g. --dir DIR).
+set -euo pipefail
+
+cd "$(dirname "${BASH_SOURCE[0]}")/.."
+
+scripts/setup.sh
+
+echo "==> Configuring build/ (RelWithDebInfo)"
+cmake -S . -B build -DCMAKE_BUILD_TYPE=RelWithDebInfo -DQVGLOBAL_BUILD_TOOLS=ON
+echo "==> Building qv"
+cmake --build build --target qv -j"$(nproc)"
+
+echo "==> Running build/bin/qv demo $*"
+exec build/bin/qv demo "$@"
