@@ -1,0 +1,207 @@
+#include "platform/file_system.h"
+
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <memory>
+#include <sstream>
+#include <string>
+
+#include "com/error.h"
+
+namespace qv::platform {
+namespace {
+
+using FS = FileSystem;
+
+TEST(FileSystemNamingTest, BuildPathKeepsTheLeftPartsSeparator) {
+  EXPECT_EQ(FS::BuildPath("C:\\P", "Haus.qv3"), "C:\\P\\Haus.qv3");
+  EXPECT_EQ(FS::BuildPath("/home/p", "Haus.qv3"), "/home/p/Haus.qv3");
+  EXPECT_EQ(FS::BuildPath("Projekte", "Haus.qv3"), "Projekte/Haus.qv3");
+  EXPECT_EQ(FS::BuildPath("C:\\P/x", "y"), "C:\\P/x/y");
+  EXPECT_EQ(FS::BuildPath("C:\\P\\", "x"), "C:\\P\\x");
+  EXPECT_EQ(FS::BuildPath("C:\\P", "\\x"), "C:\\P\\x");
+  EXPECT_EQ(FS::BuildPath("C:\\P\\", "\\x"), "C:\\P\\x");
+  EXPECT_EQ(FS::BuildPath("/a/", "/b"), "/a/b");
+  EXPECT_EQ(FS::BuildPath("/a", "/b"), "/a/b");
+  EXPECT_EQ(FS::BuildPath("", "x"), "x");
+  EXPECT_EQ(FS::BuildPath("/a", ""), "/a");
+}
+
+TEST(FileSystemNamingTest, NamesOfAWindowsPath) {
+  const std::string path = "C:\\P\\Haus_A_VM.qv3";
+  EXPECT_EQ(FS::GetBaseName(path), "Haus_A_VM");
+  EXPECT_EQ(FS::GetExtensionName(path), "qv3");
+  EXPECT_EQ(FS::GetFileName(path), "Haus_A_VM.qv3");
+  EXPECT_EQ(FS::GetParentFolderName(path), "C:\\P");
+  EXPECT_EQ(FS::GetParentFolderName("C:\\P"), "C:\\");
+  EXPECT_EQ(FS::GetParentFolderName("C:\\"), "");
+  EXPECT_EQ(FS::GetFileName("C:\\"), "");
+  EXPECT_EQ(FS::GetParentFolderName("C:\\X.qv3\\Y.qv3"), "C:\\X.qv3");
+}
+
+TEST(FileSystemNamingTest, NamesOfAPosixPath) {
+  const std::string path = "/home/p/Haus_A_VM.qv3";
+  EXPECT_EQ(FS::GetBaseName(path), "Haus_A_VM");
+  EXPECT_EQ(FS::GetExtensionName(path), "qv3");
+  EXPECT_EQ(FS::GetFileName(path), "Haus_A_VM.qv3");
+  EXPECT_EQ(FS::GetParentFolderName(path), "/home/p");
+  EXPECT_EQ(FS::GetParentFolderName("/a/b"), "/a");
+  EXPECT_EQ(FS::GetParentFolderName("/a"), "/");
+  EXPECT_EQ(FS::GetParentFolderName("/"), "");
+  EXPECT_EQ(FS::GetParentFolderName("x"), "");
+  EXPECT_EQ(FS::GetParentFolderName("a//b"), "a");
+  EXPECT_EQ(FS::GetBaseName("/home/p/x.tar.gz"), "x.tar");
+  EXPECT_EQ(FS::GetExtensionName("/home/p/x.tar.gz"), "gz");
+}
+
+TEST(FileSystemNamingTest, EdgesOfNames) {
+  // Trailing separators are ignored.
+  EXPECT_EQ(FS::GetBaseName("C:\\P\\Haus.qv3\\"), "Haus");
+  EXPECT_EQ(FS::GetFileName("/p/Haus.qv3//"), "Haus.qv3");
+  EXPECT_EQ(FS::GetParentFolderName("/p/Haus.qv3/"), "/p");
+  // Only the last component has an extension.
+  EXPECT_EQ(FS::GetExtensionName("/p.qv3/Haus"), "");
+  EXPECT_EQ(FS::GetBaseName("/p.qv3/Haus"), "Haus");
+  EXPECT_EQ(FS::GetExtensionName("a."), "");
+  EXPECT_EQ(FS::GetBaseName(".profile"), "");
+  EXPECT_EQ(FS::GetExtensionName(".profile"), "profile");
+  EXPECT_EQ(FS::GetBaseName(""), "");
+  EXPECT_EQ(FS::ToNativePath("P\\x\\y.qv3"), "P/x/y.qv3");
+}
+
+void ExpectError(int32_t number, const std::string& text, auto&& call) {
+  try {
+    call();
+    ADD_FAILURE() << "no error raised, expected " << number;
+  } catch (const Error& e) {
+    EXPECT_EQ(e.number(), number);
+    EXPECT_EQ(e.description(), text);
+  }
+}
+
+class FileSystemDiskTest : public testing::Test {
+ protected:
+  void SetUp() override {
+    std::string pattern =
+        (std::filesystem::temp_directory_path() / "qv_fs_XXXXXX").string();
+    ASSERT_NE(::mkdtemp(pattern.data()), nullptr);
+    dir_ = pattern;
+  }
+  void TearDown() override { std::filesystem::remove_all(dir_); }
+
+  std::string Path(const std::string& name) const { return dir_ + "/" + name; }
+  void Write(const std::string& name, const std::string& content) const {
+    std::ofstream(Path(name)) << content;
+  }
+  std::string Read(const std::string& name) const {
+    std::ifstream in(Path(name));
+    std::stringstream text;
+    text << in.rdbuf();
+    return text.str();
+  }
+
+  FileSystem fs_;
+  std::string dir_;
+};
+
+TEST_F(FileSystemDiskTest, CreateFolderAndTestExistence) {
+  const std::string folder = Path("Haus.qv3");
+  EXPECT_FALSE(fs_.FolderExists(folder));
+  fs_.CreateFolder(folder);
+  EXPECT_TRUE(fs_.FolderExists(folder));
+  EXPECT_FALSE(fs_.FileExists(folder));
+
+  Write("Haus.qv3/a_VM.qv3", "x");
+  EXPECT_TRUE(fs_.FileExists(Path("Haus.qv3/a_VM.qv3")));
+  EXPECT_FALSE(fs_.FolderExists(Path("Haus.qv3/a_VM.qv3")));
+  // Backslashes name the same file.
+  EXPECT_TRUE(fs_.FileExists(Path("Haus.qv3\\a_VM.qv3")));
+  EXPECT_FALSE(fs_.FileExists(Path("missing")));
+  EXPECT_FALSE(fs_.FolderExists(""));
+
+  ExpectError(58, "File already exists", [&] { fs_.CreateFolder(folder); });
+  ExpectError(58, "File already exists",
+              [&] { fs_.CreateFolder(Path("Haus.qv3/a_VM.qv3")); });
+  ExpectError(76, "Path not found",
+              [&] { fs_.CreateFolder(Path("missing/sub")); });
+}
+
+TEST_F(FileSystemDiskTest, DeleteFile) {
+  Write("a.qv3", "x");
+  fs_.DeleteFile(Path("a.qv3"));
+  EXPECT_FALSE(fs_.FileExists(Path("a.qv3")));
+  ExpectError(53, "File not found", [&] { fs_.DeleteFile(Path("a.qv3")); });
+  ExpectError(76, "Path not found",
+              [&] { fs_.DeleteFile(Path("missing/a.qv3")); });
+  // A folder is not a file.
+  fs_.CreateFolder(Path("sub"));
+  ExpectError(53, "File not found", [&] { fs_.DeleteFile(Path("sub")); });
+  EXPECT_TRUE(fs_.FolderExists(Path("sub")));
+}
+
+TEST_F(FileSystemDiskTest, MoveFileRenamesAndNeverOverwrites) {
+  Write("a.qv3", "first");
+  Write("b.qv3", "second");
+  fs_.MoveFile(Path("a.qv3"), Path("c.qv3"));
+  EXPECT_FALSE(fs_.FileExists(Path("a.qv3")));
+  EXPECT_EQ(Read("c.qv3"), "first");
+
+  ExpectError(58, "File already exists",
+              [&] { fs_.MoveFile(Path("c.qv3"), Path("b.qv3")); });
+  EXPECT_EQ(Read("b.qv3"), "second");
+  EXPECT_EQ(Read("c.qv3"), "first");
+
+  ExpectError(53, "File not found",
+              [&] { fs_.MoveFile(Path("a.qv3"), Path("d.qv3")); });
+  ExpectError(76, "Path not found",
+              [&] { fs_.MoveFile(Path("c.qv3"), Path("missing/c.qv3")); });
+  EXPECT_EQ(Read("c.qv3"), "first");
+}
+
+TEST_F(FileSystemDiskTest, MoveFileIntoAFolder) {
+  Write("a.qv3", "first");
+  fs_.CreateFolder(Path("sub"));
+  fs_.MoveFile(Path("a.qv3"), Path("sub\\"));
+  EXPECT_EQ(Read("sub/a.qv3"), "first");
+  EXPECT_FALSE(fs_.FileExists(Path("a.qv3")));
+  // A folder itself is not moved.
+  ExpectError(53, "File not found",
+              [&] { fs_.MoveFile(Path("sub"), Path("other")); });
+}
+
+TEST_F(FileSystemDiskTest, WriteProtectedFolderGivesPermissionDenied) {
+  if (::geteuid() == 0) GTEST_SKIP() << "root may write anywhere";
+  fs_.CreateFolder(Path("ro"));
+  Write("ro/a.qv3", "x");
+  ASSERT_EQ(::chmod(Path("ro").c_str(), 0555), 0);
+  ExpectError(70, "Permission denied",
+              [&] { fs_.CreateFolder(Path("ro/sub")); });
+  ExpectError(70, "Permission denied",
+              [&] { fs_.DeleteFile(Path("ro/a.qv3")); });
+  ::chmod(Path("ro").c_str(), 0755);
+}
+
+// A file system the host installs, which knows one file only.
+class OneFileSystem : public FileSystem {
+ public:
+  bool FileExists(std::string_view path) const override {
+    return path == "virtual.qv3";
+  }
+};
+
+TEST(FileSystemServiceTest, InstalledFileSystemIsUsedUntilReset) {
+  EXPECT_FALSE(FS::Current()->FileExists("virtual.qv3"));
+  FS::Install(std::make_shared<OneFileSystem>());
+  EXPECT_TRUE(FS::Current()->FileExists("virtual.qv3"));
+  FS::Reset();
+  EXPECT_FALSE(FS::Current()->FileExists("virtual.qv3"));
+  EXPECT_TRUE(FS::Current()->FolderExists("/"));
+}
+
+}  // namespace
+}  // namespace qv::platform
