@@ -1,0 +1,131 @@
+// Tests of the small host-replaceable services: message box, help viewer,
+// display and the common application-data folder.
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <memory>
+#include <string>
+
+#include "platform/common_app_data.h"
+#include "platform/display.h"
+#include "platform/help_viewer.h"
+#include "platform/message_box.h"
+
+namespace qv::platform {
+namespace {
+
+TEST(MessageBoxTest, DefaultWritesToStandardErrorAndAnswersOk) {
+  testing::internal::CaptureStderr();
+  const int answer =
+      MessageBox::Show("Datei fehlt", "qv-software", MessageBox::kYesNo);
+  EXPECT_EQ(testing::internal::GetCapturedStderr(),
+            "qv-software: Datei fehlt\n");
+  EXPECT_EQ(answer, MessageBox::kOk);
+
+  testing::internal::CaptureStderr();
+  MessageBox::Show("Hallo");
+  EXPECT_EQ(testing::internal::GetCapturedStderr(), "qv-software: Hallo\n");
+}
+
+TEST(MessageBoxTest, InstalledHandlerAnswersUntilReset) {
+  std::string seen;
+  MessageBox::SetHandler(
+      [&](const std::string& text, const std::string& title, int style) {
+        seen = title + "|" + text + "|" + std::to_string(style);
+        return MessageBox::kNo;
+      });
+  EXPECT_EQ(MessageBox::Show("Speichern?", "qv-software",
+                             MessageBox::kYesNo + MessageBox::kQuestion),
+            MessageBox::kNo);
+  EXPECT_EQ(seen, "qv-software|Speichern?|36");
+
+  MessageBox::ResetHandler();
+  seen.clear();
+  testing::internal::CaptureStderr();
+  EXPECT_EQ(MessageBox::Show("x", "t"), MessageBox::kOk);
+  EXPECT_EQ(testing::internal::GetCapturedStderr(), "t: x\n");
+  EXPECT_EQ(seen, "");
+}
+
+TEST(MessageBoxTest, HandlerMayResetItselfWhileShowing) {
+  int calls = 0;
+  MessageBox::SetHandler([&](const std::string&, const std::string&, int) {
+    ++calls;
+    MessageBox::ResetHandler();
+    return MessageBox::kCancel;
+  });
+  EXPECT_EQ(MessageBox::Show("a"), MessageBox::kCancel);
+  testing::internal::CaptureStderr();
+  EXPECT_EQ(MessageBox::Show("b"), MessageBox::kOk);
+  testing::internal::GetCapturedStderr();
+  EXPECT_EQ(calls, 1);
+}
+
+TEST(HelpViewerTest, InstalledHandlerReceivesTopicUntilReset) {
+  HelpViewer::Show("qv.chm", 60012, 77);  // no viewer: nothing happens
+  std::string seen;
+  int calls = 0;
+  HelpViewer::SetHandler([&](const std::string& file, int32_t context_id,
+                             int64_t window) {
+    ++calls;
+    seen =
+        file + "|" + std::to_string(context_id) + "|" + std::to_string(window);
+  });
+  HelpViewer::Show("qv.chm", 60012, 77);
+  EXPECT_EQ(seen, "qv.chm|60012|77");
+  HelpViewer::Show("qv.chm", 60001);
+  EXPECT_EQ(seen, "qv.chm|60001|0");
+  HelpViewer::ResetHandler();
+  HelpViewer::Show("qv.chm", 60002);
+  EXPECT_EQ(calls, 2);
+}
+
+TEST(DisplayTest, DefaultScreenRemembersTheCursor) {
+  const auto display = Display::Current();
+  EXPECT_EQ(display->ScreenWidth(), 1920);
+  EXPECT_EQ(display->ScreenHeight(), 1080);
+  EXPECT_EQ(display->BitsPerPixel(), 24);
+  EXPECT_EQ(display->Planes(), 1);
+  display->SetCursorPos({300, -20});
+  EXPECT_EQ(Display::Current()->GetCursorPos(), (ScreenPoint{300, -20}));
+  display->SetCursorPos({0, 0});
+}
+
+// A host's display: a small screen whose cursor is always in the middle.
+class SmallScreen : public Display {
+ public:
+  int32_t ScreenWidth() const override { return 800; }
+  int32_t ScreenHeight() const override { return 600; }
+  int32_t BitsPerPixel() const override { return 16; }
+  int32_t Planes() const override { return 2; }
+  ScreenPoint GetCursorPos() const override { return {400, 300}; }
+  void SetCursorPos(ScreenPoint) override {}
+};
+
+TEST(DisplayTest, InstalledDisplayIsUsedUntilReset) {
+  Display::Install(std::make_shared<SmallScreen>());
+  EXPECT_EQ(Display::Current()->ScreenWidth(), 800);
+  EXPECT_EQ(Display::Current()->BitsPerPixel(), 16);
+  Display::Current()->SetCursorPos({1, 1});
+  EXPECT_EQ(Display::Current()->GetCursorPos(), (ScreenPoint{400, 300}));
+  Display::Reset();
+  EXPECT_EQ(Display::Current()->ScreenWidth(), 1920);
+  EXPECT_EQ(Display::Current()->Planes(), 1);
+}
+
+TEST(CommonAppDataTest, EnvironmentVariableOrVarLib) {
+  const char* saved = std::getenv("QV_COMMON_APPDATA");
+  const std::string old = saved != nullptr ? saved : "";
+
+  ::setenv("QV_COMMON_APPDATA", "/srv/qv data", 1);
+  EXPECT_EQ(CommonAppDataFolder(), "/srv/qv data");
+  ::setenv("QV_COMMON_APPDATA", "", 1);
+  EXPECT_EQ(CommonAppDataFolder(), "/var/lib");
+  ::unsetenv("QV_COMMON_APPDATA");
+  EXPECT_EQ(CommonAppDataFolder(), "/var/lib");
+
+  if (saved != nullptr) ::setenv("QV_COMMON_APPDATA", old.c_str(), 1);
+}
+
+}  // namespace
+}  // namespace qv::platform
