@@ -100,26 +100,26 @@ template <class P>
 constexpr bool kByRef =
     std::is_lvalue_reference_v<P> && !std::is_const_v<std::remove_reference_t<P>>;
 
-// Signature of a member function pointer or of a callable taking the object
-// as its first parameter.
-template <class F>
-struct Signature : Signature<decltype(&F::operator())> {
-  static constexpr bool kLambda = true;
+// Signature of a callable taking the object as its first parameter (the
+// call operator of a lambda; the object parameter is dropped).
+template <class Op>
+struct LambdaSignature;
+template <class L, class R, class Self, class... P>
+struct LambdaSignature<R (L::*)(Self, P...) const> {
+  using Result = R;
+  using Params = std::tuple<P...>;
 };
+
+// Signature of a member function pointer or of such a callable.
+template <class F>
+struct Signature : LambdaSignature<decltype(&F::operator())> {};
 template <class C, class R, class... P>
 struct Signature<R (C::*)(P...)> {
   using Result = R;
   using Params = std::tuple<P...>;
-  static constexpr bool kLambda = false;
 };
 template <class C, class R, class... P>
 struct Signature<R (C::*)(P...) const> : Signature<R (C::*)(P...)> {};
-// A lambda's operator(): drop the object parameter.
-template <class L, class R, class Self, class... P>
-struct Signature<R (L::*)(Self, P...) const> {
-  using Result = R;
-  using Params = std::tuple<P...>;
-};
 
 template <class T, class F, class R, class... P, size_t... I>
 Variant Call(const F& fn, T& self, Args args,
