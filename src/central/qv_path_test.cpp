@@ -1,0 +1,77 @@
+#include "central/qv_path.h"
+
+#include <gtest/gtest.h>
+#include <stdlib.h>
+
+#include <filesystem>
+#include <fstream>
+
+namespace qv::central {
+namespace {
+
+namespace fs = std::filesystem;
+
+class QvPathTest : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    dir_ = fs::temp_directory_path() /
+           ("qvpath_" + std::to_string(::getpid()) + "_" +
+            ::testing::UnitTest::GetInstance()->current_test_info()->name());
+    fs::create_directories(dir_ / "Katalog");
+  }
+  void TearDown() override { fs::remove_all(dir_); }
+
+  std::string Write(const std::string& content) {
+    const fs::path file = dir_ / "enviroment.asc";
+    std::ofstream(file, std::ios::binary) << content;
+    return file.string();
+  }
+
+  fs::path dir_;
+};
+
+TEST_F(QvPathTest, ValidFileGivesCatalogFolder) {
+  const std::string folder = (dir_ / "Katalog").string();
+  QvPath path(Write("; suite settings\r\n\r\n  catalogpath =  " + folder +
+                    "  \r\nOther = x\r\n"));
+  EXPECT_EQ(path.GetState(), QvPath::kValid);
+  EXPECT_EQ(path.GetCatalogPath(), folder);
+}
+
+TEST_F(QvPathTest, MissingFileOrKeyIsState1) {
+  EXPECT_EQ(QvPath((dir_ / "none.asc").string()).GetState(), 1);
+  EXPECT_EQ(QvPath(Write("# nothing here\nCatalog = /x\n")).GetState(), 1);
+  EXPECT_EQ(QvPath(Write("CatalogPath =   \n")).GetState(), 1);
+}
+
+TEST_F(QvPathTest, FolderThatDoesNotExistIsState2) {
+  QvPath path(Write("CatalogPath = " + (dir_ / "gone").string() + "\n"));
+  EXPECT_EQ(path.GetState(), QvPath::kPathNotValid);
+  EXPECT_EQ(path.GetCatalogPath(), (dir_ / "gone").string());
+}
+
+TEST_F(QvPathTest, Windows1252TextIsDecoded) {
+  fs::create_directories(dir_ / "Kataloge M\xC3\xBCller");
+  QvPath path(Write("CatalogPath = " + dir_.string() +
+                    "/Kataloge M\xFCller\n"));  // ü in Windows-1252
+  EXPECT_EQ(path.GetState(), QvPath::kValid);
+  EXPECT_EQ(path.GetCatalogPath(),
+            dir_.string() + "/Kataloge M\xC3\xBCller");
+}
+
+TEST_F(QvPathTest, FileIsFoundThroughEnvironmentThenCommonAppData) {
+  ::setenv("QV_ENVIROMENT_ASC", "/etc/qv/enviroment.asc", 1);
+  EXPECT_EQ(QvPath::DefaultFile(), "/etc/qv/enviroment.asc");
+  ::unsetenv("QV_ENVIROMENT_ASC");
+  ::setenv("QV_COMMON_APPDATA", dir_.c_str(), 1);
+  EXPECT_EQ(QvPath::DefaultFile(),
+            (dir_ / "qv-software" / "enviroment.asc").string());
+  fs::create_directories(dir_ / "qv-software");
+  std::ofstream(dir_ / "qv-software" / "enviroment.asc")
+      << "CatalogPath=" << (dir_ / "Katalog").string() << "\n";
+  EXPECT_EQ(QvPath().GetState(), QvPath::kValid);
+  ::unsetenv("QV_COMMON_APPDATA");
+}
+
+}  // namespace
+}  // namespace qv::central
