@@ -1,0 +1,64 @@
+// DbCatalog reads and changes the schema of an open DbConnection: the role
+// of the ADOX catalogue. It lists tables, columns (with their ADO type
+// codes), primary keys and foreign keys, creates tables, adds columns, adds
+// and removes foreign keys (SQLite cannot alter constraints, so the table is
+// rebuilt in one transaction with its data, indexes and other keys kept),
+// and compacts a database file. It keeps a reference to the connection,
+// which must outlive it. Foreign keys are named by a CONSTRAINT clause in
+// the table's CREATE statement, so names survive reopening.
+#ifndef QVGLOBAL_DATASOURCE_DB_CATALOG_H_
+#define QVGLOBAL_DATASOURCE_DB_CATALOG_H_
+
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "datasource/ado_types.h"
+#include "datasource/db_connection.h"
+
+namespace qv::ds {
+
+class DbCatalog {
+ public:
+  explicit DbCatalog(DbConnection& con);
+
+  std::vector<std::string> Tables() const;     // user tables; not sqlite_* system tables
+  bool HasTable(std::string_view name) const;  // case-insensitive like SQLite
+  // Columns in table order; raises kCatalog "table not found: 't'".
+  std::vector<ColumnDef> Columns(std::string_view table) const;
+  std::vector<std::string> PrimaryKey(std::string_view table) const;  // in key order
+  std::vector<ForeignKeyDef> ForeignKeys(std::string_view table) const;
+  // Foreign keys of other tables whose related table is `table` (added).
+  std::vector<std::pair<std::string, ForeignKeyDef>> ReferencingKeys(
+      std::string_view table) const;
+
+  // Creates a table; primary key over `primary_key` (column names, in
+  // order). A numeric table's last key column has auto_increment (the
+  // record set assigns max+1 when left empty on insert).
+  void CreateTable(std::string_view table, const std::vector<ColumnDef>& columns,
+                   const std::vector<std::string>& primary_key);
+  void AddColumn(std::string_view table, const ColumnDef& column);
+  // Rebuild the table inside one transaction (data, other keys, checks,
+  // indexes kept); foreign_key_check before commit. They switch foreign
+  // keys off around the rebuild, which SQLite allows only outside a
+  // transaction: called while a Transaction is open they raise
+  // kTransaction "schema rebuild not possible inside a transaction".
+  void AddForeignKey(std::string_view table, const ForeignKeyDef& fk);
+  void DropForeignKey(std::string_view table, std::string_view fk_name);
+  void DropTable(std::string_view table);
+
+  // VACUUM INTO temp (removed first if stale), fsync, rename over the
+  // original; failure leaves original intact and no temp file. `progress`
+  // receives bytes written so far and the original file's size.
+  static void Compact(const std::string& path, const std::string& temp_path,
+                      std::function<void(uint64_t written, uint64_t total)> progress = nullptr);
+
+ private:
+  DbConnection& con_;
+};
+
+}  // namespace qv::ds
+
+#endif  // QVGLOBAL_DATASOURCE_DB_CATALOG_H_

@@ -1,0 +1,116 @@
+// DbConnection is the database engine adapter's connection: one open SQLite
+// file, reached by an ADO-style connection string. It plays the role of the
+// ADO connection object (it sits in CQvConnection::m_conConnection), runs SQL
+// with bound parameters for the rest of src/datasource/, and hands out
+// nesting RAII transactions. It owns the SQLite handle; Close() or the
+// destructor releases it. Errors are qv::Error with the numbers of
+// db_error.h.
+#ifndef QVGLOBAL_DATASOURCE_DB_CONNECTION_H_
+#define QVGLOBAL_DATASOURCE_DB_CONNECTION_H_
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "com/class_info.h"
+#include "com/object.h"
+#include "com/variant.h"
+
+namespace SQLite {
+class Database;
+}
+
+namespace qv::ds {
+
+class DbConnection : public qv::Dispatchable<DbConnection> {
+ public:
+  static constexpr int32_t kStateClosed = 0, kStateOpen = 1;
+  static constexpr int kBusyTimeoutMs = 5000;
+
+  DbConnection();
+  ~DbConnection() override;
+  DbConnection(const DbConnection&) = delete;
+  DbConnection& operator=(const DbConnection&) = delete;
+
+  // "Provider=SQLite;Data Source=<path>;..." (provider
+  // "Microsoft.Jet.OLEDB.4.0" accepted as alias; keys without regard to
+  // case, values may be quoted; other keys kept but ignored; no provider
+  // means SQLite). Raises when the file does not exist or is not a database;
+  // a path that does not exist as written but exists with other letter case
+  // (any level) is opened. Sets busy timeout (5 s), foreign_keys=ON,
+  // journal_mode=DELETE. An empty argument opens the ConnectionString set
+  // before.
+  void Open(const std::string& connection_string);
+  void Close();  // no-op when closed; an open transaction is rolled back
+  int32_t State() const;
+  const std::string& ConnectionString() const;     // as given to Open (or set)
+  void SetConnectionString(const std::string& s);  // only while closed
+  const std::string& Path() const;                 // the file actually opened
+
+  // Creates a new database file with the version table "qvversions"
+  // ("Name" VARCHAR(255) COLLATE NOCASE primary key, "Version" INTEGER).
+  // Raises when the file exists.
+  static void CreateDatabase(const std::string& path);
+  // "Provider=SQLite;Data Source=" + path
+  static std::string MakeConnectionString(const std::string& path);
+
+  // SQL with bound parameters (?1, ?2 ... or ?): Empty/Null -> NULL,
+  // Boolean -> -1/0, Integer/Long -> integer, Single/Double -> real,
+  // Date -> "YYYY-MM-DD hh:mm:ss", String -> text; objects and arrays raise
+  // 13. One statement per call.
+  void Execute(std::string_view sql, const std::vector<qv::Variant>& params = {});
+  // Rows of a query. Values follow the column's declared type: BIT ->
+  // Boolean, SMALLINT -> Integer, INTEGER -> Long (Double beyond 32 bits),
+  // SINGLE -> Single, DOUBLE -> Double, DATETIME -> Date (text that is no
+  // date stays String), VARCHAR/LONGTEXT -> String, LONGBINARY -> String of
+  // the bytes; without a declared type by the stored value; NULL -> Null.
+  std::vector<std::vector<qv::Variant>> Query(
+      std::string_view sql, const std::vector<qv::Variant>& params = {});
+  // The first column of the first row, Empty when there is no row.
+  qv::Variant QueryValue(std::string_view sql,
+                         const std::vector<qv::Variant>& params = {});
+  // Rows changed by the last Execute.
+  int32_t Changes() const;
+  // The rowid of the last inserted row.
+  int64_t LastInsertRowid() const;
+  // Number of Transaction objects open on this connection.
+  int TransactionDepth() const { return depth_; }
+
+  SQLite::Database& db();  // for src/datasource internals only
+
+  // RAII transaction; nests through SAVEPOINTs (the outermost one is BEGIN
+  // IMMEDIATE); rolls back in its destructor unless Commit() was called.
+  // Inner transactions must end before outer ones.
+  class Transaction {
+   public:
+    explicit Transaction(DbConnection& con);
+    ~Transaction();
+    Transaction(const Transaction&) = delete;
+    Transaction& operator=(const Transaction&) = delete;
+    void Commit();
+    void Rollback();
+
+   private:
+    void Finish(bool commit);
+    DbConnection& con_;
+    int level_;
+    bool done_ = false;
+  };
+
+  static qv::ClassInfo BuildClassInfo();  // "State", "ConnectionString", "Open", "Close", "Execute"
+
+ private:
+  std::string connection_string_;
+  std::string path_;
+  std::unique_ptr<SQLite::Database> db_;
+  int depth_ = 0;
+};
+
+// Quotes an identifier for SQL: "a""b".
+std::string QuoteIdentifier(std::string_view name);
+
+}  // namespace qv::ds
+
+#endif  // QVGLOBAL_DATASOURCE_DB_CONNECTION_H_

@@ -1,0 +1,44 @@
+// CQvClipboard is the application's record clipboard: it remembers which
+// record set the user last copied or cut records from (qvrs) and whether it
+// was a cut (Cut). It holds no record data, only a shared reference to the
+// source record set, which it keeps alive until it is replaced or emptied.
+// The application's one clipboard is reached through CurrentClipboard()
+// (per thread) until the global application object owns it.
+#ifndef QVGLOBAL_RECORDS_CQV_CLIPBOARD_H_
+#define QVGLOBAL_RECORDS_CQV_CLIPBOARD_H_
+
+#include <memory>
+
+#include "com/class_info.h"
+#include "com/object.h"
+
+namespace qv::ds {
+class QvRecordset;
+}
+
+namespace qv {
+
+class CQvClipboard : public Dispatchable<CQvClipboard> {
+ public:
+  // The record set whose current records were copied or cut, or null.
+  std::shared_ptr<ds::QvRecordset> qvrs() const;
+  void set_qvrs(std::shared_ptr<ds::QvRecordset> rs);
+  // True when the last operation was a cut, false for a copy.
+  bool Cut() const { return cut_; }
+  void set_Cut(bool cut) { cut_ = cut; }
+
+  // Members in interface order: qvrs (get, set), Cut (get, let).
+  static ClassInfo BuildClassInfo();
+
+ private:
+  std::shared_ptr<ds::QvRecordset> qvrs_;
+  bool cut_ = false;
+};
+
+// The application's clipboard on this thread (may be null).
+std::shared_ptr<CQvClipboard> CurrentClipboard();
+void SetCurrentClipboard(std::shared_ptr<CQvClipboard> clipboard);
+
+}  // namespace qv
+
+#endif  // QVGLOBAL_RECORDS_CQV_CLIPBOARD_H_
