@@ -5,6 +5,7 @@
 #include <charconv>
 #include <cmath>
 #include <limits>
+#include <ostream>
 
 #include "com/error.h"
 #include "com/object.h"
@@ -54,20 +55,17 @@ std::optional<double> ParseRadix(std::string_view s, int radix) {
 Variant::Variant(SafeArray a)
     : value_(ArrayBox{std::make_shared<SafeArray>(std::move(a))}) {}
 
-Variant::Variant(const Variant& other) { *this = other; }
+Variant::Variant(const Variant& other) : value_(other.value_) {
+  if (auto* box = std::get_if<ArrayBox>(&value_)) {
+    box->array = std::make_shared<SafeArray>(*box->array);
+  }
+}
 
 Variant& Variant::operator=(const Variant& other) {
-  if (this == &other) return *this;
-  if (const auto* box = std::get_if<ArrayBox>(&other.value_)) {
-    value_ = ArrayBox{std::make_shared<SafeArray>(*box->array)};
-  } else {
-    std::visit(
-        [this](const auto& v) {
-          using T = std::decay_t<decltype(v)>;
-          if constexpr (!std::is_same_v<T, ArrayBox>) value_ = v;
-        },
-        other.value_);
-  }
+  // Copy first: `other` may be an element of the array that this assignment
+  // replaces (v = v.ToArray()[0]).
+  Variant copy(other);
+  value_ = std::move(copy.value_);
   return *this;
 }
 
@@ -250,6 +248,10 @@ std::string Variant::Describe() const {
       return "Date " + ToString();
   }
   return "?";
+}
+
+std::ostream& operator<<(std::ostream& os, const Variant& v) {
+  return os << v.Describe();
 }
 
 std::optional<double> ParseNumber(std::string_view text) {

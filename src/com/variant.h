@@ -7,6 +7,7 @@
 #define QVGLOBAL_COM_VARIANT_H_
 
 #include <cstdint>
+#include <iosfwd>
 #include <memory>
 #include <optional>
 #include <string>
@@ -71,7 +72,12 @@ class Variant {
   Variant(const Variant& other);
   Variant(Variant&&) noexcept = default;
   Variant& operator=(const Variant& other);
-  Variant& operator=(Variant&&) noexcept = default;
+  Variant& operator=(Variant&& other) noexcept {
+    // Move out first: `other` may be an element of the array being replaced.
+    Storage moved = std::move(other.value_);
+    value_ = std::move(moved);
+    return *this;
+  }
   ~Variant();
 
   VarType type() const;
@@ -127,6 +133,9 @@ class Variant {
                                ObjectPtr, ArrayBox>;
   Storage value_;
 };
+
+// Writes Describe(), so that test failures and diagnostics show the value.
+std::ostream& operator<<(std::ostream& os, const Variant& v);
 
 // The automation `=`: std::nullopt stands for Null (either side Null).
 // Empty counts as 0 against numbers and "" against strings; a number against
