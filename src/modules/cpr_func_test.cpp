@@ -1,0 +1,107 @@
+#include "modules/cpr_func.h"
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <string>
+
+#include "com/class_factory.h"
+#include "com/error.h"
+
+namespace qv {
+namespace {
+
+std::string ErrorText(const std::function<void()>& call) {
+  try {
+    call();
+  } catch (const Error& e) {
+    EXPECT_EQ(e.number(), err::kObjectError1000);
+    EXPECT_EQ(e.source(), "");
+    return e.description();
+  }
+  ADD_FAILURE() << "no error raised";
+  return "";
+}
+
+class CPRFuncTest : public ::testing::Test {
+ protected:
+  CPRFunc_t_ pr_;
+};
+
+TEST_F(CPRFuncTest, ModuleFileNamesOnBothSeparators) {
+  for (const std::string path :
+       {"C:\\P\\Haus_A_VM.qv3", "/home/p/Haus_A_VM.qv3", "Haus_A_VM.qv3"}) {
+    SCOPED_TRACE(path);
+    EXPECT_EQ(pr_.FileNameToModul(path), "VM");
+    EXPECT_EQ(pr_.FileNameToModulName(path), "Haus_A");
+  }
+  // Underscores in folder names do not count.
+  EXPECT_EQ(ErrorText([&] { pr_.FileNameToModul("/home/a_b/Haus.qv3"); }),
+            "Kein Modul in Filename /home/a_b/Haus.qv3 gefunden");
+  EXPECT_EQ(pr_.FileNameToModulName("C:\\a_b\\c_d\\Haus_LP.qv3"), "Haus");
+}
+
+TEST_F(CPRFuncTest, ModuleFileNamesWithUmlauts) {
+  EXPECT_EQ(pr_.FileNameToModul("Müller_Haus_VM.qv3"), "VM");
+  EXPECT_EQ(pr_.FileNameToModulName("Müller_Haus_VM.qv3"), "Müller_Haus");
+  EXPECT_EQ(pr_.FileNameToModulName("/p/Größe_Wärme.qv3"), "Größe");
+  EXPECT_EQ(pr_.FileNameToModul("/p/Größe_Wärme.qv3"), "Wärme");
+}
+
+TEST_F(CPRFuncTest, EmptyPartsAndMissingUnderscore) {
+  EXPECT_EQ(pr_.FileNameToModul("Haus_.qv3"), "");
+  EXPECT_EQ(pr_.FileNameToModulName("Haus_.qv3"), "Haus");
+  EXPECT_EQ(pr_.FileNameToModulName("_VM.qv3"), "");
+  EXPECT_EQ(pr_.FileNameToModul("a__VM"), "VM");
+  EXPECT_EQ(pr_.FileNameToModulName("a__VM"), "a_");
+  EXPECT_EQ(ErrorText([&] { pr_.FileNameToModul("Haus.qv3"); }),
+            "Kein Modul in Filename Haus.qv3 gefunden");
+  EXPECT_EQ(ErrorText([&] { pr_.FileNameToModulName("C:\\P\\Haus.qv3"); }),
+            "Kein Modulname in Filename C:\\P\\Haus.qv3 gefunden");
+  EXPECT_EQ(ErrorText([&] { pr_.FileNameToModul(""); }),
+            "Kein Modul in Filename  gefunden");
+}
+
+TEST_F(CPRFuncTest, ModuleToFileName) {
+  EXPECT_EQ(pr_.ModulToFileName("Haus_A", "VM"), "Haus_A_VM.qv3");
+  EXPECT_EQ(pr_.ModulToFileName("", "VM"), "_VM.qv3");
+  // Round trip through the naming rules.
+  const std::string name = pr_.ModulToFileName("Müller_Haus", "EZ");
+  EXPECT_EQ(pr_.FileNameToModul(name), "EZ");
+  EXPECT_EQ(pr_.FileNameToModulName(name), "Müller_Haus");
+}
+
+TEST_F(CPRFuncTest, ProjectFolders) {
+  EXPECT_EQ(pr_.PathToProjName("C:\\P\\Haus.qv3"), "Haus");
+  EXPECT_EQ(pr_.PathToProjName("/home/p/Haus.A.qv3/"), "Haus.A");
+  EXPECT_EQ(pr_.ProjNameToPath("C:\\P", "Haus"), "C:\\P\\Haus.qv3");
+  EXPECT_EQ(pr_.ProjNameToPath("C:\\P\\", "Haus"), "C:\\P\\Haus.qv3");
+  EXPECT_EQ(pr_.ProjNameToPath("/home/p", "Haus"), "/home/p/Haus.qv3");
+  EXPECT_EQ(pr_.ProjNameToPath("", "Haus"), "Haus.qv3");
+
+  EXPECT_TRUE(pr_.IsPathProjectFolder("C:\\X\\Y.qv3"));
+  EXPECT_FALSE(pr_.IsPathProjectFolder("C:\\X.qv3\\Y.qv3"));
+  EXPECT_TRUE(pr_.IsPathProjectFolder("/home/p/Y.QV3"));
+  EXPECT_FALSE(pr_.IsPathProjectFolder("/home/X.Qv3/Y.qv3"));
+  EXPECT_FALSE(pr_.IsPathProjectFolder("/home/p/Y.qv3x"));
+  EXPECT_TRUE(pr_.IsPathProjectFolder("Y.qv3"));
+}
+
+TEST_F(CPRFuncTest, QvFiles) {
+  EXPECT_TRUE(pr_.IsQvFile("a.QV3"));
+  EXPECT_TRUE(pr_.IsQvFile("C:\\P\\Haus_A_VM.qv3"));
+  EXPECT_FALSE(pr_.IsQvFile("a.qv3.bak"));
+  EXPECT_FALSE(pr_.IsQvFile("qv3"));
+  EXPECT_FALSE(pr_.IsQvFile("/p.qv3/a"));
+}
+
+TEST(CPRFuncByNameTest, CreatedAndCalledByName) {
+  ObjectPtr pr = CreateObject("qvglobal10.CPRFunc_t_");
+  EXPECT_EQ(pr->Call("FileNameToModulName", {"/home/p/Haus_A_VM.qv3"}),
+            Variant("Haus_A"));
+  EXPECT_EQ(pr->Call("isqvfile", {"x.qv3"}), Variant(true));
+  EXPECT_EQ(pr->Call("ProjNameToPath", {"/p", "X"}), Variant("/p/X.qv3"));
+}
+
+}  // namespace
+}  // namespace qv
