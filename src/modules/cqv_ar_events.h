@@ -1,0 +1,38 @@
+// CQvAREvents lets a module adjust the rows of a report's detail section:
+// before each row is printed, the printing code calls REBefPrRowDetSec,
+// which raises the event BefPrRowDetSec to every listener, in the order
+// they were advised, and returns when all have run. A listener may change
+// the requests of the parameter object and the elements of the row's value
+// array; the caller reads both back. The object keeps no state beyond its
+// list of listeners; with no listener the raise does nothing.
+#ifndef QVGLOBAL_MODULES_CQV_AR_EVENTS_H_
+#define QVGLOBAL_MODULES_CQV_AR_EVENTS_H_
+
+#include <memory>
+
+#include "com/event_source.h"
+#include "com/object.h"
+#include "com/safe_array.h"
+#include "modules/car_bef_det_sec_param.h"
+
+namespace qv {
+
+class CQvAREvents : public Dispatchable<CQvAREvents> {
+ public:
+  // Raises BefPrRowDetSec(ARBefDetSecParam, vChangeRowValues); the array
+  // comes back as the listeners left it. Errors of a listener reach the
+  // caller.
+  void REBefPrRowDetSec(std::shared_ptr<CARBefDetSecParam_t_> ARBefDetSecParam,
+                        SafeArray& vChangeRowValues);
+
+  EventSource* events() override { return &events_; }
+
+  static ClassInfo BuildClassInfo();
+
+ private:
+  EventSource events_;
+};
+
+}  // namespace qv
+
+#endif  // QVGLOBAL_MODULES_CQV_AR_EVENTS_H_

@@ -1,0 +1,195 @@
+#include "modules/cqv_ar_events.h"
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "com/class_factory.h"
+#include "com/error.h"
+#include "com/safe_array.h"
+#include "modules/car_bef_det_sec_param.h"
+#include "testing/callback_object.h"
+#include "testing/expect_error.h"
+
+namespace qv {
+namespace {
+
+using Param = CARBefDetSecParam_t_;
+
+// A listener written as an automation object: its handler is reached by
+// the event's name and may write into the by-reference array.
+std::shared_ptr<testing::CallbackObject> MakeRowListener() {
+  auto listener = std::make_shared<testing::CallbackObject>();
+  listener->On("BefPrRowDetSec", [](InvokeKind, Args args) {
+    auto param = args[0].ToObjectAs<Param>();
+    param->SetIgnoreQvDsRow(true);
+    param->SetEmptyRow(!param->WasLastRowEmpty());
+    SafeArray& values = args[1].ToArray();
+    values[values.LBound()] = "geändert";
+    values.Append(int32_t{42});
+    return Variant();
+  });
+  return listener;
+}
+
+struct Row {
+  std::shared_ptr<Param> param = std::make_shared<Param>();
+  SafeArray values = SafeArray({"R1", 2.5, Variant()}, 1);
+  Row() { param->init(3, 7, false); }
+};
+
+TEST(CARBefDetSecParamTest, InitClearsTheRequestsOfTheLastRow) {
+  Param param;
+  param.init(1, 1, false);
+  param.SetBold(true);
+  param.SetEmptyRow(true);
+  param.SetIgnoreQvDsRow(true);
+  param.SetAddRow(true);
+  param.init(5, 9, true);
+  EXPECT_EQ(param.RowQvDs(), 5);
+  EXPECT_EQ(param.RowTotal(), 9);
+  EXPECT_TRUE(param.WasLastRowEmpty());
+  EXPECT_FALSE(param.Bold());
+  EXPECT_FALSE(param.EmptyRow());
+  EXPECT_FALSE(param.IgnoreQvDsRow());
+  EXPECT_FALSE(param.AddRow());
+  param.init(6, 10, false);
+  EXPECT_FALSE(param.WasLastRowEmpty());
+}
+
+TEST(CARBefDetSecParamTest, DispatchInterfaceInOrder) {
+  ObjectPtr param = CreateObject("qvglobal10.CARBefDetSecParam_t_");
+  std::vector<std::string> members;
+  for (const MemberInfo& m : param->GetClassInfo().members()) {
+    members.push_back(m.name + " " + m.KindsText());
+  }
+  EXPECT_EQ(members, (std::vector<std::string>{
+                         "RowQvDs get/let", "RowTotal get/let", "Bold get/let",
+                         "EmptyRow get/let", "WasLastRowEmpty get",
+                         "IgnoreQvDsRow get/let", "AddRow get/let",
+                         "init method"}));
+  param->Call("INIT", {int32_t{4}, int16_t{8}, true});
+  param->Let("bold", true);
+  param->Let("rowtotal", "12");
+  EXPECT_EQ(param->Get("Bold"), Variant(true));
+  EXPECT_EQ(param->Get("RowTotal"), Variant(int32_t{12}));
+  EXPECT_EQ(param->Get("wasLastRowEmpty"), Variant(true));
+  EXPECT_TRUE(testing::RaisesError([&] { param->Let("WasLastRowEmpty", false); },
+                                   438,
+                                   "Object doesn't support this property or "
+                                   "method"));
+}
+
+TEST(CQvAREventsTest, WithoutListenerNothingChanges) {
+  CQvAREvents events;
+  Row row;
+  const SafeArray before = row.values;
+  events.REBefPrRowDetSec(row.param, row.values);
+  EXPECT_EQ(row.values, before);
+  EXPECT_EQ(row.values.LBound(), 1);
+  EXPECT_EQ(row.param->RowQvDs(), 3);
+  EXPECT_EQ(row.param->RowTotal(), 7);
+  EXPECT_FALSE(row.param->Bold() || row.param->EmptyRow() ||
+               row.param->IgnoreQvDsRow() || row.param->AddRow() ||
+               row.param->WasLastRowEmpty());
+}
+
+TEST(CQvAREventsTest, CallbackListenerChangesFlagsAndValues) {
+  CQvAREvents events;
+  Row row;
+  std::string seen_event;
+  events.events()->Advise([&](std::string_view event, Args args) {
+    seen_event = event;
+    ASSERT_EQ(args.size(), 2u);
+    EXPECT_EQ(args[0].ToObject(), row.param);
+    auto param = args[0].ToObjectAs<Param>();
+    EXPECT_EQ(param->RowQvDs(), 3);
+    param->SetBold(true);
+    param->SetAddRow(true);
+    args[1].ToArray()[2] = int16_t{-1};
+    args[1].ToArray()[3] = "neu";
+  });
+  events.REBefPrRowDetSec(row.param, row.values);
+  EXPECT_EQ(seen_event, "BefPrRowDetSec");
+  EXPECT_TRUE(row.param->Bold());
+  EXPECT_TRUE(row.param->AddRow());
+  EXPECT_FALSE(row.param->EmptyRow());
+  EXPECT_EQ(row.values, SafeArray({"R1", int16_t{-1}, "neu"}, 1));
+
+  // The next row starts without the requests of this one.
+  row.param->init(4, 8, true);
+  EXPECT_FALSE(row.param->Bold());
+  EXPECT_FALSE(row.param->AddRow());
+  EXPECT_TRUE(row.param->WasLastRowEmpty());
+}
+
+TEST(CQvAREventsTest, ObjectListenerGetsTheArrayByReference) {
+  auto events = CreateObjectAs<CQvAREvents>("qvglobal10.CQvAREvents");
+  auto listener = MakeRowListener();
+  events->events()->Advise(listener);
+  Row row;
+  events->REBefPrRowDetSec(row.param, row.values);
+  EXPECT_EQ(listener->CallCount("befprrowdetsec"), 1u);
+  EXPECT_TRUE(row.param->IgnoreQvDsRow());
+  EXPECT_TRUE(row.param->EmptyRow());
+  EXPECT_EQ(row.values,
+            SafeArray({"geändert", 2.5, Variant(), int32_t{42}}, 1));
+
+  events->events()->Unadvise(listener);
+  events->REBefPrRowDetSec(row.param, row.values);
+  EXPECT_EQ(listener->CallCount("befprrowdetsec"), 1u);
+}
+
+TEST(CQvAREventsTest, ListenersRunInOrderAndSeeEachOthersChanges) {
+  CQvAREvents events;
+  auto listener = MakeRowListener();
+  events.events()->Advise(listener);
+  std::vector<Variant> seen;
+  events.events()->Advise([&](std::string_view, Args args) {
+    seen = args[1].ToArray().items();
+    args[1].ToArray()[1] = "zuletzt";
+  });
+  Row row;
+  events.REBefPrRowDetSec(row.param, row.values);
+  EXPECT_EQ(seen, (std::vector<Variant>{"geändert", 2.5, Variant(),
+                                        int32_t{42}}));
+  EXPECT_EQ(row.values[1], Variant("zuletzt"));
+}
+
+TEST(CQvAREventsTest, RaisedByNameWritesTheArrayBack) {
+  ObjectPtr events = CreateObject("qvglobal10.CQvAREvents");
+  events->events()->Advise([](std::string_view, Args args) {
+    args[0].ToObjectAs<Param>()->SetBold(true);
+    args[1].ToArray()[0] = int32_t{99};
+  });
+  auto param = std::make_shared<Param>();
+  Variant args[] = {Variant(param), Variant(MakeStringArray({"a", "b"}))};
+  events->Invoke("rebefprrowdetsec", InvokeKind::kMethod, args);
+  EXPECT_TRUE(param->Bold());
+  EXPECT_EQ(args[1], Variant(SafeArray({int32_t{99}, "b"})));
+
+  const ClassInfo& info = events->GetClassInfo();
+  ASSERT_EQ(info.events().size(), 1u);
+  EXPECT_EQ(info.events()[0].name, "BefPrRowDetSec");
+  EXPECT_EQ(info.events()[0].params,
+            (std::vector<std::string>{"ARBefDetSecParam", "vChangeRowValues"}));
+}
+
+TEST(CQvAREventsTest, ListenerErrorReachesTheCallerAfterEarlierChanges) {
+  CQvAREvents events;
+  events.events()->Advise(
+      [](std::string_view, Args args) { args[1].ToArray()[1] = "vorher"; });
+  events.events()->Advise([](std::string_view, Args) {
+    throw Error::Object1000("Listener: Fehler");
+  });
+  Row row;
+  EXPECT_TRUE(testing::RaisesError(
+      [&] { events.REBefPrRowDetSec(row.param, row.values); }, -2147220504,
+      "Listener: Fehler"));
+  EXPECT_EQ(row.values[1], Variant("vorher"));
+}
+
+}  // namespace
+}  // namespace qv
