@@ -36,6 +36,28 @@ Dictionary::KeyRepr Dictionary::Reduce(const Variant& key) const {
   return r;
 }
 
+Dictionary::Dictionary(const Dictionary& other)
+    : Dispatchable<Dictionary>(other),
+      mode_(other.mode_),
+      entries_(other.entries_) {
+  Reindex();
+}
+
+Dictionary& Dictionary::operator=(const Dictionary& other) {
+  if (this == &other) return *this;
+  mode_ = other.mode_;
+  entries_ = other.entries_;
+  Reindex();
+  return *this;
+}
+
+void Dictionary::Reindex() {
+  index_.clear();
+  for (auto it = entries_.begin(); it != entries_.end(); ++it) {
+    index_.emplace(Reduce(it->first), it);
+  }
+}
+
 void Dictionary::Add(const Variant& key, Variant item) {
   KeyRepr r = Reduce(key);
   if (index_.count(r)) throw Error::Runtime(err::kKeyAlreadyAssociated);

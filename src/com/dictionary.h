@@ -24,6 +24,11 @@ class Dictionary : public Dispatchable<Dictionary> {
 
   Dictionary() = default;
   explicit Dictionary(text::CompareMode mode) : mode_(mode) {}
+  // A copy gets its own index into its own entries.
+  Dictionary(const Dictionary& other);
+  Dictionary& operator=(const Dictionary& other);
+  Dictionary(Dictionary&&) = default;
+  Dictionary& operator=(Dictionary&&) = default;
 
   // Raises 457 when the key exists.
   void Add(const Variant& key, Variant item);
@@ -62,6 +67,7 @@ class Dictionary : public Dispatchable<Dictionary> {
   };
 
   KeyRepr Reduce(const Variant& key) const;
+  void Reindex();
 
   text::CompareMode mode_ = text::CompareMode::kBinary;
   std::list<Entry> entries_;
