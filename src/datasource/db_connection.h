@@ -96,6 +96,7 @@ class DbConnection : public qv::Dispatchable<DbConnection> {
     void Finish(bool commit);
     DbConnection& con_;
     int level_;
+    bool savepoint_ = false;  // SAVEPOINT rather than BEGIN
     bool done_ = false;
   };
 

@@ -1,0 +1,264 @@
+#include "datasource/db_connection.h"
+
+#include <SQLiteCpp/Database.h>
+#include <SQLiteCpp/Statement.h>
+#include <sqlite3.h>
+
+#include <filesystem>
+#include <system_error>
+
+#include "com/dispatch.h"
+#include "com/error.h"
+#include "com/safe_array.h"
+#include "datasource/connection_string.h"
+#include "datasource/db_catalog.h"
+#include "datasource/db_error.h"
+#include "datasource/engine_error.h"
+#include "datasource/sql_values.h"
+#include "platform/file_system.h"
+
+namespace qv::ds {
+namespace {
+
+constexpr const char* kOpenSource = "DbConnection.Open";
+
+std::string FileNotFoundText(std::string_view path) {
+  return "database file not found: '" + std::string(path) + "'";
+}
+
+bool IsRegularFile(const std::string& path) {
+  std::error_code ec;
+  return std::filesystem::is_regular_file(path, ec);
+}
+
+// Opens and prepares a SQLite handle on an existing file.
+std::unique_ptr<SQLite::Database> OpenFile(const std::string& path) {
+  try {
+    auto db = std::make_unique<SQLite::Database>(path, SQLite::OPEN_READWRITE,
+                                                 DbConnection::kBusyTimeoutMs);
+    // Reading the schema tells a database from any other file.
+    db->exec("SELECT count(*) FROM sqlite_master");
+    db->exec("PRAGMA foreign_keys=ON");
+    SQLite::Statement(*db, "PRAGMA journal_mode=DELETE").executeStep();
+    return db;
+  } catch (...) {
+    RethrowAsDbError(kOpenSource, path);
+  }
+}
+
+std::string SavepointName(int level) { return "qv_sp_" + std::to_string(level); }
+
+}  // namespace
+
+DbConnection::DbConnection() = default;
+DbConnection::~DbConnection() = default;
+
+void DbConnection::Open(const std::string& connection_string) {
+  if (db_) throw Error(dberr::kConnection, kOpenSource, "connection is already open");
+  const std::string cs = connection_string.empty() ? connection_string_ : connection_string;
+  const ConnectionSettings settings = ParseConnectionString(cs, kOpenSource);
+  const std::optional<std::string> path = FindPathIgnoringCase(settings.data_source);
+  if (!path || !IsRegularFile(*path)) {
+    throw Error(dberr::kConnection, kOpenSource, FileNotFoundText(settings.data_source));
+  }
+  db_ = OpenFile(*path);
+  connection_string_ = cs;
+  path_ = *path;
+  depth_ = 0;
+}
+
+void DbConnection::Close() {
+  db_.reset();  // SQLite rolls back what is still open
+  depth_ = 0;
+}
+
+int32_t DbConnection::State() const { return db_ ? kStateOpen : kStateClosed; }
+
+const std::string& DbConnection::ConnectionString() const { return connection_string_; }
+
+void DbConnection::SetConnectionString(const std::string& s) {
+  if (db_) {
+    throw Error(dberr::kConnection, "DbConnection.ConnectionString",
+                "connection is already open");
+  }
+  connection_string_ = s;
+}
+
+const std::string& DbConnection::Path() const { return path_; }
+
+void DbConnection::CreateDatabase(const std::string& path) {
+  constexpr const char* kSource = "DbConnection.CreateDatabase";
+  if (FindPathIgnoringCase(path)) {
+    throw Error(dberr::kConnection, kSource,
+                "database file already exists: '" + path + "'");
+  }
+  const std::string native = platform::FileSystem::ToNativePath(path);
+  try {
+    SQLite::Database created(native, SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE);
+    created.exec("PRAGMA journal_mode=DELETE");
+  } catch (...) {
+    RethrowAsDbError(kSource, path);
+  }
+  try {
+    DbConnection con;
+    con.Open(MakeConnectionString(native));
+    DbCatalog(con).CreateTable("qvversions",
+                               {{"Name", kAdVarWChar, 255}, {"Version", kAdInteger}},
+                               {"Name"});
+  } catch (...) {
+    std::error_code ec;
+    std::filesystem::remove(native, ec);
+    RethrowAsDbError(kSource, path);
+  }
+}
+
+std::string DbConnection::MakeConnectionString(const std::string& path) {
+  return "Provider=SQLite;Data Source=" + path;
+}
+
+SQLite::Database& DbConnection::db() {
+  if (!db_) throw Error(dberr::kNotOpen, "DbConnection", "connection is closed");
+  return *db_;
+}
+
+void DbConnection::Execute(std::string_view sql, const std::vector<Variant>& params) {
+  SQLite::Database& database = db();
+  try {
+    SQLite::Statement statement(database, std::string(sql));
+    BindParams(statement, params);
+    while (statement.executeStep()) {
+    }
+  } catch (...) {
+    RethrowAsDbError("DbConnection.Execute", path_);
+  }
+}
+
+std::vector<std::vector<Variant>> DbConnection::Query(std::string_view sql,
+                                                      const std::vector<Variant>& params) {
+  SQLite::Database& database = db();
+  std::vector<std::vector<Variant>> rows;
+  try {
+    SQLite::Statement statement(database, std::string(sql));
+    BindParams(statement, params);
+    const std::vector<ReadAs> kinds = ResultKinds(statement);
+    while (statement.executeStep()) {
+      std::vector<Variant>& row = rows.emplace_back();
+      row.reserve(kinds.size());
+      for (size_t i = 0; i < kinds.size(); ++i) {
+        row.push_back(ReadColumn(statement, static_cast<int>(i), kinds[i]));
+      }
+    }
+  } catch (...) {
+    RethrowAsDbError("DbConnection.Query", path_);
+  }
+  return rows;
+}
+
+Variant DbConnection::QueryValue(std::string_view sql, const std::vector<Variant>& params) {
+  std::vector<std::vector<Variant>> rows = Query(sql, params);
+  if (rows.empty() || rows.front().empty()) return Variant();
+  return std::move(rows.front().front());
+}
+
+int32_t DbConnection::Changes() const { return db_ ? db_->getChanges() : 0; }
+
+int64_t DbConnection::LastInsertRowid() const {
+  return db_ ? db_->getLastInsertRowid() : 0;
+}
+
+// ---------------------------------------------------------------------------
+// Transaction
+
+DbConnection::Transaction::Transaction(DbConnection& con)
+    : con_(con), level_(con.depth_) {
+  SQLite::Database& database = con.db();
+  // Outside any transaction, take the write lock at once, so that a second
+  // process waits for it (busy timeout) instead of failing later.
+  savepoint_ = level_ > 0 || sqlite3_get_autocommit(database.getHandle()) == 0;
+  try {
+    database.exec(savepoint_ ? "SAVEPOINT " + SavepointName(level_) : "BEGIN IMMEDIATE");
+  } catch (...) {
+    RethrowAsDbError("DbConnection.Transaction", con.path_);
+  }
+  ++con.depth_;
+}
+
+DbConnection::Transaction::~Transaction() {
+  if (done_) return;
+  try {
+    Finish(false);
+  } catch (...) {  // nothing can be reported from a destructor
+  }
+}
+
+void DbConnection::Transaction::Commit() { Finish(true); }
+void DbConnection::Transaction::Rollback() { Finish(false); }
+
+void DbConnection::Transaction::Finish(bool commit) {
+  constexpr const char* kSource = "DbConnection.Transaction";
+  if (done_) throw Error(dberr::kTransaction, kSource, "transaction already finished");
+  if (!con_.db_) {  // the connection was closed, which rolled back
+    done_ = true;
+    return;
+  }
+  if (con_.depth_ != level_ + 1) {
+    throw Error(dberr::kTransaction, kSource, "inner transaction still open");
+  }
+  done_ = true;
+  --con_.depth_;
+  SQLite::Database& database = *con_.db_;
+  const std::string sp = SavepointName(level_);
+  const std::string rollback = savepoint_ ? "ROLLBACK TO " + sp + "; RELEASE " + sp : "ROLLBACK";
+  try {
+    if (!commit) {
+      database.exec(rollback);
+      return;
+    }
+    database.exec(savepoint_ ? "RELEASE " + sp : "COMMIT");
+  } catch (...) {
+    // A failed commit leaves the transaction open: undo it, then report.
+    if (sqlite3_get_autocommit(database.getHandle()) == 0) database.tryExec(rollback);
+    RethrowAsDbError(kSource, con_.path_);
+  }
+}
+
+// ---------------------------------------------------------------------------
+// Dispatch
+
+ClassInfo DbConnection::BuildClassInfo() {
+  return ClassBuilder<DbConnection>("DbConnection")
+      .Get("State", &DbConnection::State)
+      .Get("ConnectionString",
+           [](DbConnection& self) { return self.ConnectionString(); })
+      .Let("ConnectionString", [](DbConnection& self, std::string s) {
+        self.SetConnectionString(s);
+      })
+      .Method("Open", [](DbConnection& self, std::string s) { self.Open(s); },
+              {Variant(std::string())})
+      .Method("Close", &DbConnection::Close)
+      .Method("Execute",
+              [](DbConnection& self, std::string sql, Variant params) {
+                std::vector<Variant> values;
+                if (params.IsArray()) {
+                  const SafeArray& a = params.ToArray();
+                  for (int32_t i = a.LBound(); i <= a.UBound(); ++i) values.push_back(a[i]);
+                } else if (!params.IsEmpty()) {
+                  values.push_back(params);
+                }
+                self.Execute(sql, values);
+              },
+              {Variant()})
+      .Build();
+}
+
+std::string QuoteIdentifier(std::string_view name) {
+  std::string quoted = "\"";
+  for (char c : name) {
+    if (c == '"') quoted += '"';
+    quoted += c;
+  }
+  quoted += '"';
+  return quoted;
+}
+
+}  // namespace qv::ds
