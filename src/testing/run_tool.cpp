@@ -1,0 +1,34 @@
+#include "testing/run_tool.h"
+
+#include <stdio.h>
+#include <sys/wait.h>
+
+#include <fstream>
+#include <iterator>
+
+#include "testing/temp_dir.h"
+
+namespace qv::testing {
+
+ToolRun RunTool(const std::string& program, const std::string& args,
+                const std::string& env) {
+  TempDir scratch;
+  const std::string err_file = scratch.File("stderr");
+  const std::string command =
+      env + " '" + program + "' " + args + " 2>'" + err_file + "'";
+  ToolRun run;
+  FILE* pipe = popen(command.c_str(), "r");
+  if (pipe == nullptr) return run;
+  char buffer[4096];
+  size_t n;
+  while ((n = fread(buffer, 1, sizeof buffer, pipe)) > 0) {
+    run.out.append(buffer, n);
+  }
+  const int wait_status = pclose(pipe);
+  run.status = WIFEXITED(wait_status) ? WEXITSTATUS(wait_status) : -1;
+  std::ifstream err(err_file);
+  run.err.assign(std::istreambuf_iterator<char>(err), {});
+  return run;
+}
+
+}  // namespace qv::testing
