@@ -1,0 +1,173 @@
+"""Library objects reached by member name: creation, properties and
+methods, collections and dictionaries, by-reference arguments and errors."""
+
+import unittest
+
+import qvglobal
+
+
+class MemberAccessTest(unittest.TestCase):
+    def setUp(self):
+        self.d = qvglobal.CreateObject("Scripting.Dictionary")
+
+    def test_names_ignore_letter_case(self):
+        self.d.ADD("a", 1)
+        self.d.add("b", 2)
+        self.assertEqual(self.d.count, 2)
+        self.assertEqual(self.d.ITEM("b"), 2)
+
+    def test_dir_lists_members_in_interface_order(self):
+        members = ["Add", "Count", "Exists", "Items", "Item", "Keys",
+                   "Remove", "RemoveAll", "CompareMode"]
+        self.assertEqual(self.d.__dir__(), members)
+        self.assertEqual(dir(self.d), sorted(members))
+
+    def test_method_read_without_call_is_bound(self):
+        add = self.d.Add
+        self.assertIsInstance(add, qvglobal.Member)
+        add("k", "v")
+        self.assertEqual(self.d.Item("k"), "v")
+
+    def test_property_with_arguments(self):
+        self.d.Item["k"] = 5  # let with an argument
+        self.assertEqual(self.d.Item("k"), 5)
+        self.assertEqual(self.d.Item["k"], 5)
+        self.d["k"] = "six"
+        self.assertEqual(self.d["k"], "six")
+
+    def test_let_and_set(self):
+        c = qvglobal.CreateObject("VBA.Collection")
+        self.d.Item["obj"] = c  # an object: set
+        self.assertEqual(self.d.Item("obj"), c)
+        self.d.Item["obj"] = None  # Nothing is an object too
+        self.assertIsNone(self.d.Item("obj"))
+        fresh = qvglobal.CreateObject("Scripting.Dictionary")
+        fresh.CompareMode = 1
+        self.assertEqual(fresh.CompareMode, 1)
+        fresh.Add("A", 1)
+        self.assertTrue(fresh.Exists("a"))
+
+    def test_wrong_argument_count(self):
+        with self.assertRaises(qvglobal.ComError) as cm:
+            self.d.Add("only key")
+        self.assertEqual(cm.exception.number, 450)
+        self.assertEqual(
+            str(cm.exception),
+            "Wrong number of arguments or invalid property assignment")
+
+    def test_a_reference_keeps_the_object(self):
+        c = qvglobal.CreateObject("VBA.Collection")
+        c.Add("x")
+        self.d.Add("c", c)
+        del c
+        self.assertEqual(self.d.Item("c").Item(1), "x")
+
+
+class CollectionProtocolTest(unittest.TestCase):
+    def test_collection(self):
+        c = qvglobal.CreateObject("VBA.Collection")
+        c.Add("first")
+        c.Add("second", "k2")
+        self.assertEqual(len(c), 2)
+        self.assertEqual(list(c), ["first", "second"])
+        self.assertEqual(c[1], "first")
+        self.assertEqual(c["K2"], "second")
+        self.assertIn("second", c)
+        self.assertNotIn("third", c)
+        self.assertTrue(qvglobal.CreateObject("VBA.Collection"))
+
+    def test_dictionary(self):
+        d = qvglobal.CreateObject("Scripting.Dictionary")
+        d.Add(2, "two")
+        d.Add("2", "text two")
+        self.assertEqual(len(d), 2)
+        self.assertEqual(list(d), [2, "2"])
+        self.assertIn(2, d)
+        self.assertNotIn(3, d)
+        self.assertEqual({k: d[k] for k in d}, {2: "two", "2": "text two"})
+
+    def test_objects_without_count(self):
+        bar = qvglobal.CreateObject("qvglobal10.CQVActiveBar")
+        with self.assertRaises(TypeError):
+            len(bar)
+        with self.assertRaises(TypeError):
+            iter(bar)
+        self.assertTrue(bar)
+
+
+class ByRefTest(unittest.TestCase):
+    def test_by_ref_integer_parameter(self):
+        bar = qvglobal.CreateObject("qvglobal10.CQVActiveBar")
+        code = qvglobal.ByRef(37)
+        self.assertEqual(bar.ABKeyCodeToSendKeyStr(code), "{F11}")
+        self.assertEqual(code.value, 37)
+        self.assertEqual(repr(code), "ByRef(37)")
+        with self.assertRaises(qvglobal.ComError) as cm:
+            bar.ABKeyCodeToSendKeyStr(qvglobal.ByRef(40000))
+        self.assertEqual(cm.exception.number, 6)
+        self.assertIs(qvglobal.ByRef().value, qvglobal.Empty)
+
+    def test_member_writes_back(self):
+        events = qvglobal.CreateObject("qvglobal10.CQvAREvents")
+        param = qvglobal.CreateObject("qvglobal10.CARBefDetSecParam_t_")
+
+        class Sink:
+            def BefPrRowDetSec(self, p, values):
+                values[0] = "changed"
+
+        events.advise(Sink())
+        row = qvglobal.ByRef(["a", "b"])
+        events.REBefPrRowDetSec(param, row)
+        self.assertEqual(row.value, ["changed", "b"])
+
+
+class ErrorTest(unittest.TestCase):
+    def assertComError(self, cm, number, source, description):
+        e = cm.exception
+        self.assertEqual((e.number, e.source, e.description),
+                         (number, source, description))
+        self.assertEqual(str(e), description)
+
+    def test_unknown_progid(self):
+        with self.assertRaises(qvglobal.ComError) as cm:
+            qvglobal.CreateObject("nope.x")
+        self.assertComError(cm, 429, "", "ActiveX component can't create object")
+
+    def test_unknown_member(self):
+        d = qvglobal.CreateObject("Scripting.Dictionary")
+        for action in (lambda: d.NoSuchMember,
+                       lambda: setattr(d, "NoSuchMember", 1)):
+            with self.assertRaises(qvglobal.ComError) as cm:
+                action()
+            self.assertComError(cm, 438, "",
+                                "Object doesn't support this property or method")
+            self.assertIsInstance(cm.exception, AttributeError)
+        self.assertFalse(hasattr(d, "NoSuchMember"))
+        self.assertEqual(getattr(d, "NoSuchMember", "default"), "default")
+        self.assertTrue(hasattr(d, "exists"))
+
+    def test_duplicate_key(self):
+        d = qvglobal.CreateObject("Scripting.Dictionary")
+        d.Add("k", 1)
+        with self.assertRaises(qvglobal.ComError) as cm:
+            d.Add("k", 2)
+        self.assertComError(
+            cm, 457, "",
+            "This key is already associated with an element of this collection")
+
+    def test_object_error_of_a_library_class(self):
+        bar = qvglobal.CreateObject("qvglobal10.CQVActiveBar")
+        with self.assertRaises(qvglobal.ComError) as cm:
+            bar.ABKeyCodeToSendKeyStr(9999)
+        self.assertComError(
+            cm, -2147220504, "",
+            "CQVActiveBar->ABKeyCodeToSendKeyStr: Nicht zuweisbarer KeyCode 9999")
+
+    def test_com_error_can_be_raised_from_python(self):
+        e = qvglobal.ComError(5, "Src", "Invalid procedure call or argument")
+        self.assertEqual((e.number, e.source, str(e)),
+                         (5, "Src", "Invalid procedure call or argument"))
+
+
+if __name__ == "__main__":
+    unittest.main()

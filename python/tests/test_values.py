@@ -1,0 +1,154 @@
+"""Values crossing the bridge: every kind stored in a Scripting.Dictionary
+and read back, the conversions that depend on the parameter type, and the
+qvglobal.SafeArray sequence."""
+
+import datetime
+import unittest
+
+import qvglobal
+
+
+def store_and_read(value):
+    d = qvglobal.CreateObject("Scripting.Dictionary")
+    d.Add("k", value)
+    return d.Item("k")
+
+
+class RoundTripTest(unittest.TestCase):
+    def assertRoundTrip(self, value, expected_type=None):
+        back = store_and_read(value)
+        self.assertEqual(back, value)
+        self.assertIs(type(back), expected_type or type(value))
+        return back
+
+    def test_scalars(self):
+        self.assertRoundTrip(True)
+        self.assertRoundTrip(False)
+        self.assertRoundTrip(0)
+        self.assertRoundTrip(-2147483648)
+        self.assertRoundTrip(2147483647)
+        self.assertRoundTrip(1.5)
+        self.assertRoundTrip(-1e300)
+        self.assertRoundTrip("")
+        self.assertRoundTrip("Wärmebedarf – Raum 1 ✓")
+
+    def test_special_values(self):
+        self.assertIs(store_and_read(None), None)
+        self.assertIs(store_and_read(qvglobal.Empty), qvglobal.Empty)
+        self.assertIs(store_and_read(qvglobal.Null), qvglobal.Null)
+        self.assertEqual(repr(qvglobal.Empty), "qvglobal.Empty")
+        self.assertEqual(repr(qvglobal.Null), "qvglobal.Null")
+        self.assertFalse(qvglobal.Empty)
+        self.assertFalse(qvglobal.Null)
+
+    def test_none_is_nothing_not_empty(self):
+        d = qvglobal.CreateObject("Scripting.Dictionary")
+        d.Add("nothing", None)
+        # Reading a missing key adds it with Empty, as the scripting
+        # dictionary does.
+        self.assertIs(d.Item("missing"), qvglobal.Empty)
+        self.assertIs(d.Item("nothing"), None)
+
+    def test_dates(self):
+        for value in (
+            datetime.datetime(2024, 3, 1, 12, 30, 15),
+            datetime.datetime(1899, 12, 30),
+            datetime.datetime(1899, 12, 29, 6, 0),  # before day 0
+            datetime.datetime(1800, 1, 1, 23, 59, 59),
+            datetime.datetime(9999, 12, 31, 23, 59, 59, 999000),
+            datetime.datetime(2024, 2, 29, 0, 0, 0, 250000),
+        ):
+            with self.subTest(value=value):
+                self.assertRoundTrip(value)
+
+    def test_date_is_taken_as_midnight(self):
+        back = store_and_read(datetime.date(2024, 3, 1))
+        self.assertEqual(back, datetime.datetime(2024, 3, 1))
+
+    def test_dates_keep_milliseconds(self):
+        back = store_and_read(datetime.datetime(2024, 3, 1, 8, 0, 0, 123456))
+        self.assertEqual(back, datetime.datetime(2024, 3, 1, 8, 0, 0, 123000))
+
+    def test_arrays(self):
+        back = store_and_read([1, "a", None, [2.5, True]])
+        self.assertIsInstance(back, qvglobal.SafeArray)
+        self.assertEqual((back.lbound, back.ubound), (0, 3))
+        self.assertEqual(back[:3], [1, "a", None])
+        self.assertIsInstance(back[3], qvglobal.SafeArray)
+        self.assertEqual(back[3], [2.5, True])
+        self.assertEqual(store_and_read(()), [])
+        self.assertEqual(store_and_read(()).ubound, -1)
+
+    def test_arrays_keep_their_bounds(self):
+        back = store_and_read(qvglobal.SafeArray(["x", "y"], 1))
+        self.assertEqual((back.lbound, back.ubound), (1, 2))
+        self.assertEqual(list(back), ["x", "y"])
+        self.assertEqual(back, qvglobal.SafeArray(("x", "y"), lbound=1))
+        self.assertNotEqual(back, ["x", "y"])  # a list has lower bound 0
+        self.assertNotEqual(back, qvglobal.SafeArray(["x", "y"], 0))
+
+    def test_python_objects_come_back_as_themselves(self):
+        class Form:
+            pass
+
+        form = Form()
+        self.assertIs(store_and_read(form), form)
+
+    def test_library_objects_come_back_equal(self):
+        c = qvglobal.CreateObject("VBA.Collection")
+        back = store_and_read(c)
+        self.assertIsInstance(back, qvglobal.Dispatch)
+        self.assertEqual(back, c)
+        self.assertEqual(hash(back), hash(c))
+        self.assertNotEqual(back, qvglobal.CreateObject("VBA.Collection"))
+
+    def test_by_ref_passes_its_value(self):
+        self.assertEqual(store_and_read(qvglobal.ByRef(7)), 7)
+
+
+class IntegerConversionTest(unittest.TestCase):
+    def test_int_outside_long_raises_overflow(self):
+        d = qvglobal.CreateObject("Scripting.Dictionary")
+        for value in (2**31, -(2**31) - 1, 2**100):
+            with self.subTest(value=value):
+                with self.assertRaises(qvglobal.ComError) as cm:
+                    d.Add("k", value)
+                self.assertEqual(cm.exception.number, 6)
+                self.assertEqual(cm.exception.description, "Overflow")
+        self.assertEqual(len(d), 0)
+
+    def test_int_for_a_16_bit_parameter(self):
+        bar = qvglobal.CreateObject("qvglobal10.CQVActiveBar")
+        self.assertEqual(bar.ABKeyCodeToSendKeyStr(37), "{F11}")
+        for value in (32768, -32769, 2**40):
+            with self.subTest(value=value):
+                with self.assertRaises(qvglobal.ComError) as cm:
+                    bar.ABKeyCodeToSendKeyStr(value)
+                self.assertEqual(cm.exception.number, 6)
+
+    def test_bool_is_not_an_int(self):
+        back = store_and_read(True)
+        self.assertIs(back, True)
+
+
+class SafeArrayTest(unittest.TestCase):
+    def test_sequence(self):
+        a = qvglobal.SafeArray([10, 20, 30], 5)
+        self.assertEqual(len(a), 3)
+        self.assertEqual((a[0], a[-1]), (10, 30))
+        self.assertEqual(a[1:], [20, 30])
+        a[1] = "x"
+        self.assertEqual(list(a), [10, "x", 30])
+        with self.assertRaises(IndexError):
+            a[3]
+        self.assertEqual(repr(a), "SafeArray([10, 'x', 30], lbound=5)")
+        self.assertEqual(qvglobal.SafeArray().ubound, -1)
+
+    def test_is_a_sequence(self):
+        import collections.abc
+
+        self.assertIsInstance(qvglobal.SafeArray(), collections.abc.Sequence)
+
+
+if __name__ == "__main__":
+    unittest.main()
