@@ -25,7 +25,7 @@ class SafeArray {
 
   int32_t LBound() const { return lbound_; }
   int32_t UBound() const {
-    return lbound_ + static_cast<int32_t>(items_.size()) - 1;
+    return lbound_ + (static_cast<int32_t>(items_.size()) - 1);
   }
   size_t size() const { return items_.size(); }
   bool empty() const { return items_.empty(); }
