@@ -15,6 +15,7 @@
 // the arguments and may write into by-reference arguments. An unknown name
 // raises 438, like an object that lacks the member. Every invocation, known
 // or not, is recorded with its name, kind and arguments as they came in.
+// The record holds object arguments strongly; ClearCalls releases them.
 // The object also owns an EventSource, so a fake can raise events to sinks.
 #ifndef QVGLOBAL_TESTING_CALLBACK_OBJECT_H_
 #define QVGLOBAL_TESTING_CALLBACK_OBJECT_H_
