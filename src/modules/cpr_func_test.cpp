@@ -2,25 +2,19 @@
 
 #include <gtest/gtest.h>
 
-#include <functional>
 #include <string>
 
 #include "com/class_factory.h"
 #include "com/error.h"
+#include "testing/expect_error.h"
 
 namespace qv {
 namespace {
 
-std::string ErrorText(const std::function<void()>& call) {
-  try {
-    call();
-  } catch (const Error& e) {
-    EXPECT_EQ(e.number(), err::kObjectError1000);
-    EXPECT_EQ(e.source(), "");
-    return e.description();
-  }
-  ADD_FAILURE() << "no error raised";
-  return "";
+// Object error 1000 with `description` and no source.
+template <class F>
+::testing::AssertionResult Raises1000(F&& call, std::string_view description) {
+  return qv::testing::RaisesError(call, err::kObjectError1000, description, "");
 }
 
 class CPRFuncTest : public ::testing::Test {
@@ -36,8 +30,8 @@ TEST_F(CPRFuncTest, ModuleFileNamesOnBothSeparators) {
     EXPECT_EQ(pr_.FileNameToModulName(path), "Haus_A");
   }
   // Underscores in folder names do not count.
-  EXPECT_EQ(ErrorText([&] { pr_.FileNameToModul("/home/a_b/Haus.qv3"); }),
-            "Kein Modul in Filename /home/a_b/Haus.qv3 gefunden");
+  EXPECT_TRUE(Raises1000([&] { pr_.FileNameToModul("/home/a_b/Haus.qv3"); },
+                         "Kein Modul in Filename /home/a_b/Haus.qv3 gefunden"));
   EXPECT_EQ(pr_.FileNameToModulName("C:\\a_b\\c_d\\Haus_LP.qv3"), "Haus");
 }
 
@@ -54,12 +48,13 @@ TEST_F(CPRFuncTest, EmptyPartsAndMissingUnderscore) {
   EXPECT_EQ(pr_.FileNameToModulName("_VM.qv3"), "");
   EXPECT_EQ(pr_.FileNameToModul("a__VM"), "VM");
   EXPECT_EQ(pr_.FileNameToModulName("a__VM"), "a_");
-  EXPECT_EQ(ErrorText([&] { pr_.FileNameToModul("Haus.qv3"); }),
-            "Kein Modul in Filename Haus.qv3 gefunden");
-  EXPECT_EQ(ErrorText([&] { pr_.FileNameToModulName("C:\\P\\Haus.qv3"); }),
-            "Kein Modulname in Filename C:\\P\\Haus.qv3 gefunden");
-  EXPECT_EQ(ErrorText([&] { pr_.FileNameToModul(""); }),
-            "Kein Modul in Filename  gefunden");
+  EXPECT_TRUE(Raises1000([&] { pr_.FileNameToModul("Haus.qv3"); },
+                         "Kein Modul in Filename Haus.qv3 gefunden"));
+  EXPECT_TRUE(
+      Raises1000([&] { pr_.FileNameToModulName("C:\\P\\Haus.qv3"); },
+                 "Kein Modulname in Filename C:\\P\\Haus.qv3 gefunden"));
+  EXPECT_TRUE(Raises1000([&] { pr_.FileNameToModul(""); },
+                         "Kein Modul in Filename  gefunden"));
 }
 
 TEST_F(CPRFuncTest, ModuleToFileName) {

@@ -2,34 +2,27 @@
 
 #include <gtest/gtest.h>
 
-#include <functional>
 #include <string>
 #include <vector>
 
 #include "com/class_factory.h"
 #include "com/error.h"
 #include "com/safe_array.h"
+#include "testing/expect_error.h"
 
 namespace qv {
 namespace {
+
+// Object error 1000 with `description` and no source.
+template <class F>
+::testing::AssertionResult Raises1000(F&& call, std::string_view description) {
+  return qv::testing::RaisesError(call, err::kObjectError1000, description, "");
+}
 
 std::vector<std::string> Strings(const SafeArray& array) {
   std::vector<std::string> out;
   for (const Variant& v : array) out.push_back(v.ToString());
   return out;
-}
-
-// The description of the object error 1000 that `call` raises.
-std::string ErrorText(const std::function<void()>& call) {
-  try {
-    call();
-  } catch (const Error& e) {
-    EXPECT_EQ(e.number(), err::kObjectError1000);
-    EXPECT_EQ(e.source(), "");
-    return e.description();
-  }
-  ADD_FAILURE() << "no error raised";
-  return "";
 }
 
 class CQvModulDefsTest : public ::testing::Test {
@@ -89,7 +82,8 @@ TEST_F(CQvModulDefsTest, Catalogs) {
   const Variant ce = defs_.GetCatalogs("CE");
   ASSERT_TRUE(ce.IsArray());
   EXPECT_EQ(ce.ToArray().LBound(), 0);
-  EXPECT_EQ(Strings(ce.ToArray()), (std::vector<std::string>{"CE", "GL", "TRY"}));
+  EXPECT_EQ(Strings(ce.ToArray()),
+            (std::vector<std::string>{"CE", "GL", "TRY"}));
   EXPECT_EQ(Strings(defs_.GetCatalogs("pn").ToArray()),
             (std::vector<std::string>{"PN", "TRY", "4710"}));
   EXPECT_EQ(Strings(defs_.GetCatalogs("ZU").ToArray()),
@@ -120,12 +114,15 @@ TEST_F(CQvModulDefsTest, ProjectModules) {
 }
 
 TEST_F(CQvModulDefsTest, NotFoundTexts) {
-  EXPECT_EQ(ErrorText([&] { defs_.GetQvModulDef("XY"); }),
-            "CQvModulDefs->GetProjectModul: Finde zu 'XY' kein Struktur");
-  EXPECT_EQ(ErrorText([&] { defs_.StrToModul("Ry"); }),
-            "CQvModulDefs->GetProjectModul: Finde zu 'Ry' kein Struktur");
-  EXPECT_EQ(ErrorText([&] { defs_.IsMultiProjectModul(""); }),
-            "CQvModulDefs->IsMultiProjectModul: Modul '' nicht gefunden.");
+  EXPECT_TRUE(
+      Raises1000([&] { defs_.GetQvModulDef("XY"); },
+                 "CQvModulDefs->GetProjectModul: Finde zu 'XY' kein Struktur"));
+  EXPECT_TRUE(
+      Raises1000([&] { defs_.StrToModul("Ry"); },
+                 "CQvModulDefs->GetProjectModul: Finde zu 'Ry' kein Struktur"));
+  EXPECT_TRUE(Raises1000(
+      [&] { defs_.IsMultiProjectModul(""); },
+      "CQvModulDefs->IsMultiProjectModul: Modul '' nicht gefunden."));
   const std::vector<std::pair<std::string, std::string>> methods = {
       {"IsModulWithBearbeitungsstand", "Modul '"},
       {"IsModulWithBearbeitungsaenderungen", "Modul '"},
@@ -138,15 +135,19 @@ TEST_F(CQvModulDefsTest, NotFoundTexts) {
       {"ShowPicInDX", "Katalog für das Modul '"},
   };
   for (const auto& [method, what] : methods) {
-    EXPECT_EQ(ErrorText([&] { defs_.Call(method, {"XY"}); }),
-              "CQvModulDefs->" + method + ": " + what + "XY' nicht gefunden.");
+    EXPECT_TRUE(Raises1000(
+        [&] { defs_.Call(method, {"XY"}); },
+        "CQvModulDefs->" + method + ": " + what + "XY' nicht gefunden."));
   }
-  EXPECT_EQ(ErrorText([&] { defs_.GetExtension(QvModulXo); }),
-            "CQvModulDefs->GetExtension: Modul '8' nicht gefunden.");
-  EXPECT_EQ(ErrorText([&] { defs_.GetExtension(QvModulBA); }),
-            "CQvModulDefs->GetExtension: Modul '3' nicht gefunden.");
-  EXPECT_EQ(ErrorText([&] { defs_.BuildDBName("Haus", QvModulRy); }),
-            "CQvModulDefs->GetExtension: Modul '15' nicht gefunden.");
+  EXPECT_TRUE(
+      Raises1000([&] { defs_.GetExtension(QvModulXo); },
+                 "CQvModulDefs->GetExtension: Modul '8' nicht gefunden."));
+  EXPECT_TRUE(
+      Raises1000([&] { defs_.GetExtension(QvModulBA); },
+                 "CQvModulDefs->GetExtension: Modul '3' nicht gefunden."));
+  EXPECT_TRUE(
+      Raises1000([&] { defs_.BuildDBName("Haus", QvModulRy); },
+                 "CQvModulDefs->GetExtension: Modul '15' nicht gefunden."));
 }
 
 TEST_F(CQvModulDefsTest, BuildDBName) {
@@ -169,8 +170,9 @@ TEST(CQvModulDefsByNameTest, CreatedAndCalledByName) {
   EXPECT_EQ(vm->Get("m_eStartSize"), Variant(int32_t{mmssStartAlgo1}));
   EXPECT_EQ(Strings(vm->Get("m_aModuls").ToArray()),
             (std::vector<std::string>{"VM", "EZ", "GL"}));
-  EXPECT_EQ(defs->Call("GetAllModulExtensions").ToObjectAs<Dictionary>()->Count(),
-            16);
+  EXPECT_EQ(
+      defs->Call("GetAllModulExtensions").ToObjectAs<Dictionary>()->Count(),
+      16);
 }
 
 }  // namespace

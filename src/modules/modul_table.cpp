@@ -33,6 +33,7 @@ struct Row {
 constexpr const char* kNoKern = "QVNOKERN10.QvKern";
 
 const std::vector<Row>& Rows() {
+  // clang-format off
   static const std::vector<Row> rows = {
       {QvModulDX, "DX", "Projektverwaltung", "Projektverwaltung", false,
        {"DX"}, {"DX"}, false, {"DX"}, "", false, mmssAbsolute, 800, 600,
@@ -76,6 +77,7 @@ const std::vector<Row>& Rows() {
        {"PN"}, {"PN", "TRY", "4710"}, true, {"DX"}, "", true, mmssFull, 0, 0,
        false},
   };
+  // clang-format on
   return rows;
 }
 
@@ -157,7 +159,8 @@ void CheckRecord(const ModulTable& table, size_t index) {
     CheckIncludedModul(table, index, element);
     if (!def.m_aCatalogs.IsEmpty()) {
       const SafeArray& catalogs = def.m_aCatalogs.ToArray();
-      if (!catalogs.empty() && !text::EqualsText(FirstElement(catalogs), code)) {
+      if (!catalogs.empty() &&
+          !text::EqualsText(FirstElement(catalogs), code)) {
         RaiseFirstElement(code, "m_aCatalogs");
       }
     }

@@ -94,10 +94,10 @@ TEST(ModulTableCheckTest, FirstModuleMustBeTheOwnCode) {
 TEST(ModulTableCheckTest, SingleEntryModuleListsAreNotChecked) {
   // ZU names LP as its catalogue, which passes only while its module list
   // has one entry; a wrong single entry passes as well.
-  EXPECT_EQ(CheckError(EditedTable("DX", [](CQvModulDef& d) {
-              d.m_aModuls = MakeStringArray({"XX"});
-            })),
-            "");
+  EXPECT_EQ(
+      CheckError(EditedTable(
+          "DX", [](CQvModulDef& d) { d.m_aModuls = MakeStringArray({"XX"}); })),
+      "");
   auto table = EditedTable("ZU", [](CQvModulDef& d) {
     d.m_aModuls = MakeStringArray({"ZU", "EZ"});
   });
@@ -183,8 +183,7 @@ TEST_F(ThreadModulTableTest, FailingFactoryLeavesAnEmptyTable) {
   CQvModulDefs defs;
   ASSERT_EQ(ErrorCollector::Count(), 1u);
   EXPECT_EQ(ErrorCollector::LastError()->number(), err::kTypeMismatch);
-  EXPECT_EQ(ErrorCollector::LastError()->source(),
-            "modQvModulDefs->Init: Row");
+  EXPECT_EQ(ErrorCollector::LastError()->source(), "modQvModulDefs->Init: Row");
   EXPECT_EQ(defs.GetArrayQvModulDefs().size(), 0u);
   EXPECT_FALSE(defs.IsProjectModul("VM"));
 }
