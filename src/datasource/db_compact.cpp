@@ -25,7 +25,7 @@ namespace {
 namespace fs = std::filesystem;
 
 // Engine steps between two progress reports.
-constexpr int kProgressSteps = 1000;
+constexpr int kProgressSteps = 500;
 
 Error CompactError(const std::string& path, const std::string& reason) {
   return Error(dberr::kCompact, "DbCatalog.Compact",
