@@ -141,6 +141,11 @@ qv::Variant ToVariant(py::handle value, std::string_view type) {
   if (PyBool_Check(v)) return v == Py_True;
   if (PyLong_Check(v)) return IntToVariant(value, BaseType(type));
   if (PyFloat_Check(v)) return PyFloat_AS_DOUBLE(v);
+  if (PyIndex_Check(v)) {  // integer types of other libraries
+    auto index = py::reinterpret_steal<py::object>(PyNumber_Index(v));
+    if (!index) throw py::error_already_set();
+    return IntToVariant(index, BaseType(type));
+  }
   if (PyUnicode_Check(v)) return StringFromPython(value);
   if (PyDate_Check(v)) return DateFromPython(value);  // datetime is a date
   if (py::isinstance<ByRef>(value)) {

@@ -142,7 +142,13 @@ qv::Variant PyHostObject::Invoke(std::string_view name, qv::InvokeKind kind,
   try {
     return InvokeHeld(name, kind, args);
   } catch (py::error_already_set& e) {
-    throw ToQvError(e);
+    qv::Error error = ToQvError(e);
+    // A 438 from the callee's own code is not a missing member of the
+    // callee: event sources pass over sinks that answer a bare 438.
+    if (error.number() == qv::err::kObjectDoesntSupport && error.source().empty()) {
+      throw qv::Error(error.number(), "Python", error.description());
+    }
+    throw error;
   } catch (const qv::Error&) {
     throw;
   } catch (const std::exception& e) {

@@ -10,7 +10,9 @@
 //   callee's parameter is annotated `qvglobal.ByRef` (or "ByRef"); what the
 //   callee leaves in the box's value goes back into the caller's slot, and
 //   so does a qvglobal.SafeArray argument that the callee changed in place;
-// - a Python exception becomes a qv::Error (see py_errors.h).
+// - a Python exception becomes a qv::Error (see py_errors.h); a 438 raised
+//   by the callee's own code gets the source "Python", so that it never
+//   reads as a member the callee lacks.
 // Every Python object has at most one host object at a time, so the same
 // Python object always stands for the same qv::Object (advise and unadvise,
 // dictionary keys). The host object holds a strong reference to the Python

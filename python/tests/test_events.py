@@ -89,6 +89,17 @@ class ReportEventTest(unittest.TestCase):
         self.assertEqual(cm.exception.description, "KeyError: 'Raum'")
         self.assertIsInstance(cm.exception.__cause__, KeyError)
 
+    def test_missing_member_inside_a_sink_is_not_passed_over(self):
+        class Typo:
+            def BefPrRowDetSec(self, param, values):
+                param.Boldd = True
+
+        self.events.advise(Typo())
+        with self.assertRaises(qvglobal.ComError) as cm:
+            self.raise_row(["R1"])
+        self.assertEqual((cm.exception.number, cm.exception.source),
+                         (438, "Python"))
+
     def test_objects_without_events(self):
         with self.assertRaises(qvglobal.ComError) as cm:
             self.param.advise(BoldSink())

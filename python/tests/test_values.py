@@ -126,6 +126,15 @@ class IntegerConversionTest(unittest.TestCase):
                     bar.ABKeyCodeToSendKeyStr(value)
                 self.assertEqual(cm.exception.number, 6)
 
+    def test_objects_with_an_index_convert_as_ints(self):
+        class KeyCode:
+            def __index__(self):
+                return 37
+
+        bar = qvglobal.CreateObject("qvglobal10.CQVActiveBar")
+        self.assertEqual(bar.ABKeyCodeToSendKeyStr(KeyCode()), "{F11}")
+        self.assertEqual(store_and_read(KeyCode()), 37)
+
     def test_bool_is_not_an_int(self):
         back = store_and_read(True)
         self.assertIs(back, True)
