@@ -1,0 +1,65 @@
+#include "records/cqv_clipboard.h"
+
+#include <gtest/gtest.h>
+
+#include <thread>
+
+#include "com/class_factory.h"
+#include "com/error.h"
+#include "com/variant.h"
+#include "datasource/qv_recordset.h"
+#include "testing/expect_error.h"
+
+namespace qv {
+namespace {
+
+using qv::testing::RaisesError;
+
+std::shared_ptr<CQvClipboard> NewClipboard() {
+  return CreateObjectAs<CQvClipboard>("qvglobal10.CQvClipboard");
+}
+
+TEST(CQvClipboardTest, StartsEmptyAndNotCut) {
+  const auto clipboard = NewClipboard();
+  ASSERT_NE(clipboard, nullptr);
+  EXPECT_EQ(clipboard->qvrs(), nullptr);
+  EXPECT_TRUE(clipboard->Get("qvrs").IsNothing());
+  EXPECT_EQ(clipboard->Get("Cut"), Variant(false));
+}
+
+TEST(CQvClipboardTest, HoldsARecordSetAndTheCutFlagByName) {
+  const auto clipboard = NewClipboard();
+  const auto rs = std::make_shared<ds::QvRecordset>();
+  clipboard->Set("qvrs", rs);
+  clipboard->Let("Cut", Variant(-1));  // any non-zero value is True
+  EXPECT_EQ(clipboard->qvrs(), rs);
+  EXPECT_EQ(clipboard->Get("qvrs"), Variant(rs));
+  EXPECT_TRUE(clipboard->Cut());
+
+  clipboard->Set("qvrs", nullptr);  // Nothing empties it; Cut stays
+  EXPECT_TRUE(clipboard->Get("qvrs").IsNothing());
+  EXPECT_EQ(clipboard->Get("Cut"), Variant(true));
+}
+
+TEST(CQvClipboardTest, AcceptsOnlyRecordSets) {
+  const auto clipboard = NewClipboard();
+  EXPECT_TRUE(RaisesError([&] { clipboard->Set("qvrs", NewClipboard()); }, err::kTypeMismatch,
+                          "Type mismatch"));
+  EXPECT_EQ(clipboard->qvrs(), nullptr);
+  EXPECT_EQ(clipboard->GetClassInfo().members().size(), 2u);
+  EXPECT_EQ(clipboard->GetClassInfo().Find("Cut")->id, 2);
+}
+
+TEST(CQvClipboardTest, CurrentClipboardIsPerThread) {
+  const auto clipboard = NewClipboard();
+  SetCurrentClipboard(clipboard);
+  EXPECT_EQ(CurrentClipboard(), clipboard);
+  std::shared_ptr<CQvClipboard> seen_elsewhere = clipboard;
+  std::thread([&] { seen_elsewhere = CurrentClipboard(); }).join();
+  EXPECT_EQ(seen_elsewhere, nullptr);
+  SetCurrentClipboard(nullptr);
+  EXPECT_EQ(CurrentClipboard(), nullptr);
+}
+
+}  // namespace
+}  // namespace qv
