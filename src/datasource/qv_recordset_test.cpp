@@ -1,0 +1,261 @@
+// QvRecordset: opening, fields, block reads by leading keys, block order,
+// moving and finding, and the members reached by name.
+#include "datasource/qv_recordset.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "com/class_factory.h"
+#include "com/error.h"
+#include "com/safe_array.h"
+#include "datasource/db_catalog.h"
+#include "datasource/db_connection.h"
+#include "testing/expect_error.h"
+#include "testing/room_schema.h"
+
+namespace qv::ds {
+namespace {
+
+using qv::testing::RaisesError;
+using qv::testing::RoomDatabase;
+
+// 2 buildings x 3 storeys x 2 apartments x 3 rooms; "OrderNum" puts the
+// highest key number of each block first.
+class QvRecordsetTest : public ::testing::Test {
+ protected:
+  RoomDatabase db_{{2, 3, 2, 3}};
+};
+
+std::string Text(const QvRecordset& rs, const std::string& field) {
+  return rs.getValue(field).ToString();
+}
+
+// The room keys of the whole block, in block order.
+std::vector<std::string> RoomKeys(QvRecordset& rs) {
+  std::vector<std::string> keys;
+  for (rs.moveFirst(); !rs.isEOF(); rs.moveNext()) {
+    keys.push_back(Text(rs, "Gebaeude") + "/" + Text(rs, "Stock") + "/" + Text(rs, "Wohnung") +
+                   "/" + Text(rs, "Raum"));
+  }
+  return keys;
+}
+
+void SetKeys(QvRecordset& rs, const std::vector<std::string>& keys) {
+  for (size_t i = 0; i < keys.size(); ++i) rs.setFieldValue(static_cast<int16_t>(i), Variant(keys[i]));
+}
+
+TEST_F(QvRecordsetTest, PairGivesKeyFieldsThenDataFieldsAndStandsOnFirstRecord) {
+  auto rs = db_.Open("raum");
+  EXPECT_EQ(rs->getTableName(), "raum");
+  EXPECT_EQ(rs->getKeyCount(), 4);
+  ASSERT_EQ(rs->getFieldCount(), 6);
+  std::vector<std::string> names;
+  for (int16_t i = 0; i < 6; ++i) names.push_back(rs->getFieldName(i));
+  EXPECT_EQ(names, (std::vector<std::string>{"Gebaeude", "Stock", "Wohnung", "Raum", "OrderNum",
+                                             "Bezeichnung"}));
+  EXPECT_EQ(rs->getFieldIndex("bezeichnung"), 5);
+  EXPECT_EQ(rs->getFieldIndex("OtherFields"), -1);
+  // Whole table: lowest "OrderNum" (the R3 rooms) first, then by key.
+  EXPECT_EQ(Text(*rs, "Bezeichnung"), "Raum G1/S1/W1/R3");
+  EXPECT_EQ(rs->getFieldValue(4), Variant(int32_t{0}));
+  EXPECT_EQ(rs->getRecordCount(), 36);
+  EXPECT_EQ(rs->getPosition(), 0);
+  EXPECT_EQ(rs->getKeyValues().ToArray(), SafeArray({"G1", "S1", "W1", "R3"}));
+}
+
+TEST_F(QvRecordsetTest, PlainTableGivesPrimaryKeyColumnsFirst) {
+  DbCatalog(*db_.con()).CreateTable(
+      "plain", {{"Wert", kAdDouble}, {"Name", kAdVarWChar, 10}, {"Nr", kAdInteger}}, {"Nr", "Name"});
+  db_.con()->Execute("INSERT INTO plain VALUES (1.5, 'b', 2), (2.5, 'a', 2), (0.5, 'z', 1)");
+  auto rs = db_.Open("plain");
+  EXPECT_EQ(rs->getKeyCount(), 2);
+  EXPECT_EQ(rs->getFieldName(0), "Nr");
+  EXPECT_EQ(rs->getFieldName(1), "Name");
+  EXPECT_EQ(rs->getFieldName(2), "Wert");
+  std::vector<double> values;
+  for (rs->moveFirst(); !rs->isEOF(); rs->moveNext()) values.push_back(rs->getFieldValue(2).ToDouble());
+  EXPECT_EQ(values, (std::vector<double>{0.5, 2.5, 1.5}));  // by Nr, then Name
+}
+
+TEST_F(QvRecordsetTest, OpenTableReportsFailureByItsResult) {
+  QvRecordset rs;
+  EXPECT_FALSE(rs.openTable(db_.con(), "nosuchtable"));
+  EXPECT_FALSE(rs.openTable(nullptr, "raum"));
+  EXPECT_FALSE(rs.openTable(db_.con(), ""));
+  EXPECT_EQ(rs.getTableName(), "");
+  EXPECT_EQ(rs.getFieldCount(), 0);
+  EXPECT_TRUE(rs.isEOF());
+  auto closed = std::make_shared<DbConnection>();
+  EXPECT_FALSE(rs.openTable(closed, "raum"));
+  EXPECT_TRUE(RaisesError([&] { rs.insertRecord(); }, err::kObjectError1000,
+                          "the record set is not open", "QvRecordset.insertRecord"));
+}
+
+TEST_F(QvRecordsetTest, ReadBlockByOneToFourLeadingKeys) {
+  auto rs = db_.Open("raum");
+  SetKeys(*rs, {"G2", "S1", "W2", "R1"});
+  EXPECT_TRUE(rs->readBlock(1, true));
+  EXPECT_EQ(rs->getRecordCount(), 18);
+  SetKeys(*rs, {"G2", "S1", "W2", "R1"});
+  EXPECT_TRUE(rs->readBlock(2, true));
+  EXPECT_EQ(rs->getRecordCount(), 6);
+  SetKeys(*rs, {"G2", "S1", "W2", "R1"});
+  EXPECT_TRUE(rs->readBlock(3, true));
+  EXPECT_EQ(RoomKeys(*rs), (std::vector<std::string>{"G2/S1/W2/R3", "G2/S1/W2/R2", "G2/S1/W2/R1"}));
+  SetKeys(*rs, {"G2", "S1", "W2", "R1"});
+  EXPECT_TRUE(rs->readBlock(4, true));
+  EXPECT_EQ(RoomKeys(*rs), (std::vector<std::string>{"G2/S1/W2/R1"}));
+}
+
+TEST_F(QvRecordsetTest, BlockOrderIsOrderNumThenKeyAtEveryLevel) {
+  auto rs = db_.Open("stock");
+  SetKeys(*rs, {"G1"});
+  rs->readBlock(1, true);
+  std::vector<std::string> storeys;
+  for (rs->moveFirst(); !rs->isEOF(); rs->moveNext()) storeys.push_back(Text(*rs, "Stock"));
+  EXPECT_EQ(storeys, (std::vector<std::string>{"S3", "S2", "S1"}));
+  // Equal order numbers fall back to the key.
+  db_.con()->Execute("UPDATE stock_t SET OrderNum = 0");
+  rs->readBlock(1, true);
+  storeys.clear();
+  for (rs->moveFirst(); !rs->isEOF(); rs->moveNext()) storeys.push_back(Text(*rs, "Stock"));
+  EXPECT_EQ(storeys, (std::vector<std::string>{"S1", "S2", "S3"}));
+}
+
+TEST_F(QvRecordsetTest, TextKeysMatchWithoutRegardToCase) {
+  auto rs = db_.Open("raum");
+  SetKeys(*rs, {"g1", "s2", "w1"});
+  EXPECT_TRUE(rs->readBlock(3, true));
+  EXPECT_EQ(rs->getRecordCount(), 3);
+  EXPECT_EQ(Text(*rs, "Wohnung"), "W1");  // the stored form
+  EXPECT_TRUE(rs->findKey("raum", Variant("r2")));
+  EXPECT_EQ(Text(*rs, "Raum"), "R2");
+}
+
+TEST_F(QvRecordsetTest, EmptyBlockKeepsItsKeysAndEmptiesTheRest) {
+  auto rs = db_.Open("raum");
+  SetKeys(*rs, {"G1", "S9"});
+  EXPECT_FALSE(rs->readBlock(2, true));
+  EXPECT_TRUE(rs->isBlockEmpty());
+  EXPECT_TRUE(rs->isEOF());
+  EXPECT_TRUE(rs->isBOF());
+  EXPECT_EQ(rs->getRecordCount(), 0);
+  EXPECT_EQ(rs->getPosition(), -1);
+  EXPECT_EQ(rs->getKeyValues().ToArray(), SafeArray({"G1", "S9", Variant(), Variant()}));
+  EXPECT_TRUE(rs->getValue("Bezeichnung").IsEmpty());
+}
+
+TEST_F(QvRecordsetTest, ReadBlockRejectsAKeyCountBeyondTheKeys) {
+  auto rs = db_.Open("stock");
+  EXPECT_TRUE(RaisesError([&] { rs->readBlock(3, true); }, err::kInvalidProcedureCall,
+                          "key count 3 out of range 0 to 2 for table 'stock'", "QvRecordset.readBlock"));
+}
+
+TEST_F(QvRecordsetTest, MovesStayInsideTheBlock) {
+  auto rs = db_.Open("raum");
+  SetKeys(*rs, {"G1", "S1", "W1"});
+  rs->readBlock(3, true);
+  rs->moveLast();
+  EXPECT_EQ(Text(*rs, "Raum"), "R1");
+  EXPECT_EQ(rs->getPosition(), 2);
+  rs->moveNext();
+  EXPECT_TRUE(rs->isEOF());
+  EXPECT_FALSE(rs->isBOF());
+  EXPECT_EQ(rs->getPosition(), -1);
+  EXPECT_EQ(Text(*rs, "Raum"), "R1");  // the buffer keeps the last record
+  rs->moveNext();
+  rs->movePrevious();
+  EXPECT_EQ(Text(*rs, "Raum"), "R1");
+  rs->moveTo(1);
+  EXPECT_EQ(Text(*rs, "Raum"), "R2");
+  rs->moveFirst();
+  rs->movePrevious();
+  EXPECT_TRUE(rs->isBOF());
+  rs->movePrevious();
+  rs->moveNext();
+  EXPECT_EQ(Text(*rs, "Raum"), "R3");
+  EXPECT_TRUE(RaisesError([&] { rs->moveTo(3); }, err::kSubscriptOutOfRange, "Subscript out of range",
+                          "QvRecordset.moveTo"));
+}
+
+TEST_F(QvRecordsetTest, FindKeySearchesOnlyTheCurrentBlock) {
+  auto rs = db_.Open("raum");
+  SetKeys(*rs, {"G1", "S1", "W1"});
+  rs->readBlock(3, true);
+  rs->moveTo(1);
+  EXPECT_FALSE(rs->findKey("Wohnung", Variant("W2")));
+  EXPECT_EQ(rs->getPosition(), 1);  // not moved
+  EXPECT_TRUE(rs->findKey("Raum", Variant("R1")));
+  EXPECT_EQ(rs->getPosition(), 2);
+  EXPECT_TRUE(rs->findKey("OrderNum", Variant("10")));  // a numeric text finds the number
+  EXPECT_EQ(Text(*rs, "Raum"), "R2");
+  EXPECT_TRUE(RaisesError([&] { rs->findKey("Nope", Variant(1)); }, err::kObjectError1000,
+                          "field 'Nope' not found in table 'raum'", "QvRecordset.findKey"));
+}
+
+TEST_F(QvRecordsetTest, ReadBlockWithoutRereadKeepsTheBlockOfTheSameKeys) {
+  auto rs = db_.Open("raum");
+  SetKeys(*rs, {"G1", "S1", "W1"});
+  rs->readBlock(3, true);
+  db_.con()->Execute("DELETE FROM raum_t WHERE Raum = 'R2'");
+  rs->moveLast();
+  EXPECT_TRUE(rs->readBlock(3, false));
+  EXPECT_EQ(rs->getRecordCount(), 3);  // not read again
+  EXPECT_EQ(rs->getPosition(), 0);
+  EXPECT_TRUE(rs->readBlock(3, true));
+  EXPECT_EQ(rs->getRecordCount(), 2);
+}
+
+TEST_F(QvRecordsetTest, BufferTakesAnyValueButObjectsAndArrays) {
+  auto rs = db_.Open("raum");
+  rs->setFieldValue(5, Variant(int32_t{17}));
+  EXPECT_EQ(rs->getFieldValue(5), Variant(int32_t{17}));
+  rs->setValue("OrderNum", Variant("text"));
+  EXPECT_EQ(rs->getValue("ordernum"), Variant("text"));
+  EXPECT_TRUE(RaisesError([&] { rs->setFieldValue(0, Variant(SafeArray{1})); }, err::kTypeMismatch,
+                          "Type mismatch", "QvRecordset.setFieldValue"));
+  EXPECT_TRUE(RaisesError([&] { rs->getFieldValue(6); }, err::kSubscriptOutOfRange,
+                          "Subscript out of range", "QvRecordset.getFieldValue"));
+  rs->clearVars();
+  for (int16_t i = 0; i < rs->getFieldCount(); ++i) EXPECT_TRUE(rs->getFieldValue(i).IsEmpty());
+}
+
+TEST_F(QvRecordsetTest, MembersAreReachedByName) {
+  ObjectPtr rs = CreateObject("qvglobal10.QvRecordset");
+  EXPECT_EQ(rs->Call("openTable", {Variant(db_.con()), Variant("raum")}), Variant(true));
+  EXPECT_EQ(rs->Call("getTableName"), Variant("raum"));
+  rs->Call("setFieldValue", {Variant(int16_t{0}), Variant("G2")});
+  EXPECT_EQ(rs->Call("readBlock", {Variant(int16_t{1})}), Variant(true));  // optional reread
+  EXPECT_EQ(rs->Call("getRecordCount"), Variant(int32_t{18}));
+  std::vector<Variant> args{Variant()};
+  rs->Invoke("saveIterPos", InvokeKind::kMethod, args);
+  ASSERT_TRUE(args[0].IsArray());
+  rs->Call("moveLast");
+  EXPECT_EQ(rs->Call("loadIterPos", {args[0]}), Variant(true));
+  EXPECT_EQ(rs->Call("getPosition"), Variant(int32_t{0}));
+  rs->Call("clearClipboard");
+  EXPECT_EQ(rs->Call("getRecordset").ToObject(), rs);
+}
+
+TEST_F(QvRecordsetTest, QuotesAndSqlInNamesKeysAndValuesAreData) {
+  const std::string table = "x\"; DROP TABLE raum; --'";
+  DbCatalog(*db_.con()).CreateTable(table, {{"K'ey", kAdVarWChar, 40}, {"V\"al", kAdVarWChar, 40}},
+                                    {"K'ey"});
+  auto rs = db_.Open(table);
+  const std::string key = "a'b\"c); DELETE FROM raum_t; --";
+  const std::string value = "'); DROP TABLE raum_t; --";
+  rs->setFieldValue(0, Variant(key));
+  rs->setFieldValue(1, Variant(value));
+  rs->insertRecord();
+  auto again = db_.Open(table);
+  again->setFieldValue(0, Variant(key));
+  ASSERT_TRUE(again->readBlock(1, true));
+  EXPECT_EQ(again->getFieldValue(0), Variant(key));
+  EXPECT_EQ(again->getFieldValue(1), Variant(value));
+  EXPECT_EQ(db_.con()->QueryValue("SELECT COUNT(*) FROM raum_t"), Variant(int32_t{36}));
+}
+
+}  // namespace
+}  // namespace qv::ds
