@@ -21,7 +21,8 @@ qv::ClassInfo PyBridgeProbe::BuildClassInfo() {
 
 void RegisterBridgeProbe() {
   qv::RegisterClass(
-      "PyBridge.Probe", [] { return qv::ObjectPtr(std::make_shared<PyBridgeProbe>()); },
+      "PyBridge.Probe",
+      [] { return qv::ObjectPtr(std::make_shared<PyBridgeProbe>()); },
       PyBridgeProbe::StaticClassInfo());
 }
 

@@ -22,8 +22,9 @@ namespace qvpy {
 
 class PyBridgeProbe : public qv::Dispatchable<PyBridgeProbe> {
  public:
-  qv::Variant CallHost(std::shared_ptr<qv::Object> host, const std::string& name,
-                       int32_t kind, qv::SafeArray& args);
+  qv::Variant CallHost(std::shared_ptr<qv::Object> host,
+                       const std::string& name, int32_t kind,
+                       qv::SafeArray& args);
 
   static qv::ClassInfo BuildClassInfo();
 };

@@ -75,9 +75,10 @@ qv::Date DateFromPython(py::handle value) {
               PyDateTime_DATE_GET_SECOND(v) +
               PyDateTime_DATE_GET_MICROSECOND(v) / 1e6;
   }
-  const double days = qv::MakeDate(PyDateTime_GET_YEAR(v), PyDateTime_GET_MONTH(v),
-                                   PyDateTime_GET_DAY(v))
-                          .serial;
+  const double days =
+      qv::MakeDate(PyDateTime_GET_YEAR(v), PyDateTime_GET_MONTH(v),
+                   PyDateTime_GET_DAY(v))
+          .serial;
   const double time = seconds / kSecondsPerDay;
   // Before 1899-12-30 the time counts away from the day, as in every
   // automation date.
@@ -91,7 +92,8 @@ py::object DateToPython(qv::Date date) {
     throw qv::Error::Runtime(qv::err::kOverflow);
   }
   double whole = std::trunc(date.serial);
-  int64_t ms = std::llround(std::fabs(date.serial - whole) * kMillisecondsPerDay);
+  int64_t ms =
+      std::llround(std::fabs(date.serial - whole) * kMillisecondsPerDay);
   if (ms >= kMillisecondsPerDay) {
     ms -= kMillisecondsPerDay;
     whole += date.serial < 0 ? -1 : 1;

@@ -24,7 +24,9 @@ struct Member {
   qv::InvokeKind kind;
 };
 
-const qv::ClassInfo& Info(const Dispatch& d) { return d.object->GetClassInfo(); }
+const qv::ClassInfo& Info(const Dispatch& d) {
+  return d.object->GetClassInfo();
+}
 
 bool Has(const Dispatch& d, std::string_view name) {
   return Info(d).Find(name) != nullptr;
@@ -42,7 +44,8 @@ py::object GetAttr(const Dispatch& self, const std::string& name) {
     return py::cast(Member{self.object, name, qv::InvokeKind::kMethod});
   }
   if (member->get && member->get.param_types.empty()) {
-    return InvokeMember(self.object, member->name, qv::InvokeKind::kGet, py::tuple());
+    return InvokeMember(self.object, member->name, qv::InvokeKind::kGet,
+                        py::tuple());
   }
   if (member->get) {
     return py::cast(Member{self.object, member->name, qv::InvokeKind::kGet});
@@ -51,7 +54,8 @@ py::object GetAttr(const Dispatch& self, const std::string& name) {
     return py::cast(Member{self.object, member->name, qv::InvokeKind::kMethod});
   }
   // A write-only property: the object refuses the read.
-  return InvokeMember(self.object, member->name, qv::InvokeKind::kGet, py::tuple());
+  return InvokeMember(self.object, member->name, qv::InvokeKind::kGet,
+                      py::tuple());
 }
 
 py::list MemberNames(const Dispatch& self) {
@@ -62,7 +66,8 @@ py::list MemberNames(const Dispatch& self) {
 
 py::ssize_t Len(const Dispatch& self) {
   if (!Has(self, "Count")) {
-    throw py::type_error("object of class " + Info(self).name() + " has no len()");
+    throw py::type_error("object of class " + Info(self).name() +
+                         " has no len()");
   }
   return InvokeMember(self.object, "Count", qv::InvokeKind::kGet, py::tuple())
       .cast<py::ssize_t>();
@@ -83,7 +88,8 @@ py::iterator Iter(const Dispatch& self) {
     }
     return py::iter(items);
   }
-  throw py::type_error("object of class " + Info(self).name() + " is not iterable");
+  throw py::type_error("object of class " + Info(self).name() +
+                       " is not iterable");
 }
 
 bool Contains(const Dispatch& self, const py::object& key) {
@@ -107,7 +113,8 @@ void RequireItem(const Dispatch& self) {
 
 qv::EventSource& Events(const Dispatch& self) {
   qv::EventSource* events = self.object->events();
-  if (events == nullptr) throw qv::Error::Runtime(qv::err::kObjectDoesntSupport);
+  if (events == nullptr)
+    throw qv::Error::Runtime(qv::err::kObjectDoesntSupport);
   return *events;
 }
 
@@ -142,11 +149,14 @@ void BindDispatchClass(py::module_& m) {
             if (!py::isinstance<Dispatch>(other)) {
               return py::reinterpret_borrow<py::object>(Py_NotImplemented);
             }
-            return py::bool_(self.object == other.cast<const Dispatch&>().object);
+            return py::bool_(self.object ==
+                             other.cast<const Dispatch&>().object);
           },
           py::is_operator())
       .def("__hash__",
-           [](const Dispatch& self) { return std::hash<qv::Object*>()(self.object.get()); })
+           [](const Dispatch& self) {
+             return std::hash<qv::Object*>()(self.object.get());
+           })
       .def("__bool__", [](const Dispatch&) { return true; })
       .def("__len__", &Len)
       .def("__iter__", &Iter)
@@ -154,12 +164,14 @@ void BindDispatchClass(py::module_& m) {
       .def("__getitem__",
            [](const Dispatch& self, py::object key) {
              RequireItem(self);
-             return InvokeMember(self.object, "Item", qv::InvokeKind::kGet, IndexArgs(key));
+             return InvokeMember(self.object, "Item", qv::InvokeKind::kGet,
+                                 IndexArgs(key));
            })
       .def("__setitem__",
            [](const Dispatch& self, py::object key, py::object value) {
              RequireItem(self);
-             AssignMember(self.object, "Item", IndexArgs(key) + py::make_tuple(value));
+             AssignMember(self.object, "Item",
+                          IndexArgs(key) + py::make_tuple(value));
            })
       .def("__repr__",
            [](const Dispatch& self) {
@@ -182,7 +194,8 @@ void BindMemberClass(py::module_& m) {
            })
       .def("__setitem__",
            [](const Member& self, py::object key, py::object value) {
-             AssignMember(self.object, self.name, IndexArgs(key) + py::make_tuple(value));
+             AssignMember(self.object, self.name,
+                          IndexArgs(key) + py::make_tuple(value));
            })
       .def("__repr__", [](const Member& self) {
         return "<qvglobal.Member " + self.object->GetClassInfo().name() + "." +
@@ -197,7 +210,9 @@ void BindDispatch(py::module_& m) {
   BindMemberClass(m);
   m.def(
       "CreateObject",
-      [](const std::string& progid) { return ToPython(qv::CreateObject(progid)); },
+      [](const std::string& progid) {
+        return ToPython(qv::CreateObject(progid));
+      },
       py::arg("progid"), "Creates a library object by ProgID.");
   m.def(
       "RegisteredClasses",

@@ -22,7 +22,8 @@ namespace py = pybind11;
 // The number given to a Python exception other than ComError.
 inline constexpr int32_t kPythonException = 440;
 
-// Defines qvglobal.ComError, qvglobal.MemberError and the translation of qv::Error into it.
+// Defines qvglobal.ComError, qvglobal.MemberError and the translation of
+// qv::Error into it.
 void BindErrors(py::module_& m);
 
 // The qv::Error for the Python exception held by `e` (consumes it).

@@ -62,7 +62,8 @@ py::object Dir(py::handle object) {
 
 // The name of the attribute that answers `name`: the name itself, else an
 // attribute whose name matches without regard to letter case.
-std::optional<std::string> ResolveName(py::handle object, std::string_view name) {
+std::optional<std::string> ResolveName(py::handle object,
+                                       std::string_view name) {
   std::optional<std::string> folded;
   for (py::handle attribute : Dir(object)) {
     std::string s = attribute.cast<std::string>();
@@ -79,7 +80,8 @@ py::object GetAttribute(py::handle object, std::string_view name) {
   const std::string exact(name);
   PyObject* found = PyObject_GetAttrString(object.ptr(), exact.c_str());
   if (found != nullptr) return py::reinterpret_steal<py::object>(found);
-  if (!PyErr_ExceptionMatches(PyExc_AttributeError)) throw py::error_already_set();
+  if (!PyErr_ExceptionMatches(PyExc_AttributeError))
+    throw py::error_already_set();
   PyErr_Clear();
   std::optional<std::string> resolved = ResolveName(object, name);
   if (!resolved) throw qv::Error::Runtime(qv::err::kObjectDoesntSupport);
@@ -145,7 +147,8 @@ qv::Variant PyHostObject::Invoke(std::string_view name, qv::InvokeKind kind,
     qv::Error error = ToQvError(e);
     // A 438 from the callee's own code is not a missing member of the
     // callee: event sources pass over sinks that answer a bare 438.
-    if (error.number() == qv::err::kObjectDoesntSupport && error.source().empty()) {
+    if (error.number() == qv::err::kObjectDoesntSupport &&
+        error.source().empty()) {
       throw qv::Error(error.number(), "Python", error.description());
     }
     throw error;
@@ -156,9 +159,10 @@ qv::Variant PyHostObject::Invoke(std::string_view name, qv::InvokeKind kind,
   }
 }
 
-qv::Variant PyHostObject::InvokeHeld(std::string_view name,
-                                     qv::InvokeKind kind, qv::Args args) {
-  const bool assign = kind == qv::InvokeKind::kLet || kind == qv::InvokeKind::kSet;
+qv::Variant PyHostObject::InvokeHeld(std::string_view name, qv::InvokeKind kind,
+                                     qv::Args args) {
+  const bool assign =
+      kind == qv::InvokeKind::kLet || kind == qv::InvokeKind::kSet;
   if (assign && args.size() == 1) {
     std::optional<std::string> resolved = ResolveName(object_, name);
     if (!resolved) throw qv::Error::Runtime(qv::err::kObjectDoesntSupport);

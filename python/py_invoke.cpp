@@ -47,7 +47,8 @@ void WriteBack(const py::tuple& args, const std::vector<qv::Variant>& values) {
 py::object InvokeMember(const qv::ObjectPtr& object, std::string_view name,
                         qv::InvokeKind kind, const py::tuple& args) {
   const qv::MemberInfo* member = object->GetClassInfo().Find(name);
-  std::vector<qv::Variant> values = ConvertArgs(args, AccessorFor(member, kind));
+  std::vector<qv::Variant> values =
+      ConvertArgs(args, AccessorFor(member, kind));
   qv::Variant result = object->Invoke(name, kind, values);
   WriteBack(args, values);
   return ToPython(result);
@@ -59,13 +60,16 @@ void AssignMember(const qv::ObjectPtr& object, std::string_view name,
   const qv::Accessor* accessor = nullptr;
   if (member != nullptr) accessor = member->let ? &member->let : &member->set;
   std::vector<qv::Variant> values = ConvertArgs(args, accessor);
-  const bool set = values.back().IsObject() && (member == nullptr || member->set);
-  object->Invoke(name, set ? qv::InvokeKind::kSet : qv::InvokeKind::kLet, values);
+  const bool set =
+      values.back().IsObject() && (member == nullptr || member->set);
+  object->Invoke(name, set ? qv::InvokeKind::kSet : qv::InvokeKind::kLet,
+                 values);
   WriteBack(args, values);
 }
 
 py::tuple IndexArgs(const py::object& key) {
-  if (py::isinstance<py::tuple>(key)) return py::reinterpret_borrow<py::tuple>(key);
+  if (py::isinstance<py::tuple>(key))
+    return py::reinterpret_borrow<py::tuple>(key);
   return py::make_tuple(key);
 }
 

@@ -15,7 +15,8 @@ PyObject* null_value = nullptr;
 size_t Position(const PySafeArray& a, py::ssize_t index) {
   const auto n = static_cast<py::ssize_t>(a.items.size());
   if (index < 0) index += n;
-  if (index < 0 || index >= n) throw py::index_error("SafeArray index out of range");
+  if (index < 0 || index >= n)
+    throw py::index_error("SafeArray index out of range");
   return static_cast<size_t>(index);
 }
 
@@ -35,8 +36,9 @@ py::object Equals(const PySafeArray& self, py::handle other) {
   }
   // A list or tuple stands for an array with lower bound 0.
   if (py::isinstance<py::list>(other) || py::isinstance<py::tuple>(other)) {
-    return py::bool_(self.lbound == 0 &&
-                     SameItems(self.items, py::reinterpret_borrow<py::sequence>(other)));
+    return py::bool_(
+        self.lbound == 0 &&
+        SameItems(self.items, py::reinterpret_borrow<py::sequence>(other)));
   }
   return py::reinterpret_borrow<py::object>(Py_NotImplemented);
 }
@@ -65,11 +67,12 @@ void BindSafeArray(py::module_& m) {
       .def_readonly("lbound", &PySafeArray::lbound)
       .def_property_readonly("ubound",
                              [](const PySafeArray& a) {
-                               return a.lbound + static_cast<int64_t>(a.items.size()) - 1;
+                               return a.lbound +
+                                      static_cast<int64_t>(a.items.size()) - 1;
                              })
       .def("__len__", [](const PySafeArray& a) { return a.items.size(); })
-      .def("__getitem__",
-           [](const PySafeArray& a, py::ssize_t i) { return a.items[Position(a, i)]; })
+      .def("__getitem__", [](const PySafeArray& a,
+                             py::ssize_t i) { return a.items[Position(a, i)]; })
       .def("__getitem__",
            [](const PySafeArray& a, const py::slice& s) -> py::object {
              return ItemsOf(a)[s];
@@ -104,7 +107,8 @@ void BindByRef(py::module_& m) {
 
 void BindSpecialValues(py::module_& m) {
   py::class_<SpecialValue>(m, "_SpecialValue")
-      .def("__repr__", [](const SpecialValue& s) { return "qvglobal." + s.name; })
+      .def("__repr__",
+           [](const SpecialValue& s) { return "qvglobal." + s.name; })
       .def("__bool__", [](const SpecialValue&) { return false; });
   py::object empty = py::cast(SpecialValue{"Empty"});
   py::object null = py::cast(SpecialValue{"Null"});

@@ -163,11 +163,6 @@ class ErrorTest(unittest.TestCase):
             cm, -2147220504, "",
             "CQVActiveBar->ABKeyCodeToSendKeyStr: Nicht zuweisbarer KeyCode 9999")
 
-    def test_com_error_can_be_raised_from_python(self):
-        e = qvglobal.ComError(5, "Src", "Invalid procedure call or argument")
-        self.assertEqual((e.number, e.source, str(e)),
-                         (5, "Src", "Invalid procedure call or argument"))
-
 
 if __name__ == "__main__":
     unittest.main()

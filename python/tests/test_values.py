@@ -153,11 +153,6 @@ class SafeArrayTest(unittest.TestCase):
         self.assertEqual(repr(a), "SafeArray([10, 'x', 30], lbound=5)")
         self.assertEqual(qvglobal.SafeArray().ubound, -1)
 
-    def test_is_a_sequence(self):
-        import collections.abc
-
-        self.assertIsInstance(qvglobal.SafeArray(), collections.abc.Sequence)
-
 
 if __name__ == "__main__":
     unittest.main()
