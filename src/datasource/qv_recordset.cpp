@@ -233,6 +233,7 @@ void QvRecordset::setParent(std::shared_ptr<QvRecordset> parent) {
                   "a record set cannot be its own parent or ancestor");
     }
   }
+  if (state_ == BlockState::kStale && parent_ != parent) Narrow();  // keeps its block
   if (parent_ && parent_ != parent) {
     std::erase_if(parent_->children_, [this](const std::weak_ptr<QvRecordset>& w) {
       const auto c = w.lock();

@@ -16,10 +16,6 @@
 #include "datasource/table_layout.h"
 #include "records/cqv_clipboard.h"
 
-namespace qv {
-std::shared_ptr<CQvClipboard> CurrentClipboard() __attribute__((weak));
-}
-
 namespace qv::ds {
 
 QV_REGISTER_CLASS(QvRecordset);
@@ -142,13 +138,10 @@ bool QvRecordset::loadIterPos(const Variant& pos) {
 // ---------------------------------------------------------------------------
 
 void QvRecordset::clearClipboard() {
-  // TEMPORARY: the clipboard's source file has not landed yet; until then the
-  // accessor is referenced weakly so that the library links.
-  if (!&CurrentClipboard) return;
   const std::shared_ptr<CQvClipboard> clipboard = CurrentClipboard();
   if (!clipboard) return;
-  const auto held = clipboard->Get("qvrs").ToObjectAs<QvRecordset>();
-  if (held && held->getTableName() == table_name_) clipboard->Set("qvrs", nullptr);
+  const std::shared_ptr<QvRecordset> held = clipboard->qvrs();
+  if (held && held->getTableName() == table_name_) clipboard->set_qvrs(nullptr);
 }
 
 std::string QvRecordset::tableNameFromCPointer(Variant& ptr) {

@@ -3,6 +3,8 @@
 #include <SQLiteCpp/Database.h>
 #include <SQLiteCpp/Statement.h>
 
+#include <filesystem>
+#include <map>
 #include <memory>
 #include <stdexcept>
 
@@ -135,9 +137,28 @@ void CreateRoomDatabase(ds::DbConnection& con, const std::string& path,
   FillHierarchy(con, RoomLevels(), counts);
 }
 
+namespace {
+
+// Building a database takes several synced transactions; each filling is
+// built once per process and copied for every test that asks for it.
+const std::string& TemplateDatabase(const std::vector<int>& counts) {
+  static TempDir dir;
+  static std::map<std::vector<int>, std::string> templates;
+  auto [it, created] = templates.try_emplace(counts);
+  if (created) {
+    it->second = dir.File("rooms" + std::to_string(templates.size()) + ".qv3");
+    ds::DbConnection con;
+    CreateRoomDatabase(con, it->second, counts);
+  }
+  return it->second;
+}
+
+}  // namespace
+
 RoomDatabase::RoomDatabase(const std::vector<int>& counts)
     : path_(dir_.File("rooms.qv3")), con_(std::make_shared<ds::DbConnection>()) {
-  CreateRoomDatabase(*con_, path_, counts);
+  std::filesystem::copy_file(TemplateDatabase(counts), path_);
+  con_->Open(ds::DbConnection::MakeConnectionString(path_));
 }
 
 RoomDatabase::~RoomDatabase() = default;

@@ -1,0 +1,182 @@
+// C record structures bound to record sets: registration, the pointer
+// variant, copying each current record into the structure and taking the
+// structure's values back on insert and update.
+#include "datasource/c_record_binding.h"
+
+#include <gtest/gtest.h>
+
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <string>
+
+#include "com/class_factory.h"
+#include "com/error.h"
+#include "com/variant_date.h"
+#include "datasource/db_catalog.h"
+#include "datasource/db_connection.h"
+#include "datasource/qv_recordset.h"
+#include "testing/expect_error.h"
+#include "testing/temp_dir.h"
+
+// The record structure as a caller written in C declares it.
+extern "C" {
+typedef struct Messung {
+  char name[8];
+  int32_t nr;
+  double wert;
+  int32_t aktiv;
+  double datum;
+  int16_t anzahl;
+} Messung;
+}
+
+namespace qv::ds {
+namespace {
+
+const QvCFieldLayout kMessungFields[] = {
+    {"Name", kAdVarWChar, offsetof(Messung, name), sizeof(Messung::name)},
+    {"nr", kAdInteger, offsetof(Messung, nr), sizeof(int32_t)},
+    {"Wert", kAdDouble, offsetof(Messung, wert), sizeof(double)},
+    {"Aktiv", kAdBoolean, offsetof(Messung, aktiv), sizeof(int32_t)},
+    {"Datum", kAdDate, offsetof(Messung, datum), sizeof(double)},
+    {"Anzahl", kAdSmallInt, offsetof(Messung, anzahl), sizeof(int16_t)},
+};
+constexpr size_t kMessungCount = sizeof kMessungFields / sizeof kMessungFields[0];
+
+class CRecordBindingTest : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    const std::string path = dir_.File("c.qv3");
+    DbConnection::CreateDatabase(path);
+    con_->Open(DbConnection::MakeConnectionString(path));
+    DbCatalog(*con_).CreateTable("messung",
+                                 {{"Name", kAdVarWChar, 20},
+                                  {"Nr", kAdInteger},
+                                  {"Wert", kAdDouble},
+                                  {"Aktiv", kAdBoolean},
+                                  {"Datum", kAdDate},
+                                  {"Anzahl", kAdSmallInt}},
+                                 {"Name", "Nr"});
+    con_->Execute(
+        "INSERT INTO messung VALUES ('A', 1, 1.25, -1, '2024-05-06 07:08:09', 12), "
+        "('Überlänge', 2, -3.5, 0, NULL, NULL)");
+    std::memset(&rec_, 0x5A, sizeof rec_);
+    ASSERT_EQ(qv_register_c_record(&rec_, "Messung", kMessungFields, kMessungCount), 0);
+    ptr_ = CRecordPointer(&rec_);
+  }
+  void TearDown() override { qv_unregister_c_record(&rec_); }
+
+  std::shared_ptr<QvRecordset> Attached() {
+    auto rs = std::make_shared<QvRecordset>();
+    EXPECT_TRUE(rs->openTable(con_, "messung"));
+    EXPECT_TRUE(rs->attachCPointer(ptr_));
+    return rs;
+  }
+
+  testing::TempDir dir_;
+  std::shared_ptr<DbConnection> con_ = std::make_shared<DbConnection>();
+  Messung rec_;
+  Variant ptr_;
+};
+
+TEST_F(CRecordBindingTest, RegistrationChecksTheLayout) {
+  Messung other;
+  QvCFieldLayout bad = kMessungFields[1];
+  bad.size = sizeof(double);  // an int32_t member cannot be 8 bytes
+  EXPECT_EQ(qv_register_c_record(&other, "messung", &bad, 1), -1);
+  bad = kMessungFields[0];
+  bad.type = kAdLongVarBinary;
+  EXPECT_EQ(qv_register_c_record(&other, "messung", &bad, 1), -1);
+  EXPECT_EQ(qv_register_c_record(nullptr, "messung", kMessungFields, kMessungCount), -1);
+  EXPECT_EQ(qv_register_c_record(&other, "", kMessungFields, kMessungCount), -1);
+  EXPECT_EQ(qv_register_c_record(&other, "messung", kMessungFields, 0), -1);
+  EXPECT_EQ(qv_unregister_c_record(&other), -1);
+}
+
+TEST_F(CRecordBindingTest, ThePointerVariantNamesTheTable) {
+  QvRecordset spare;
+  EXPECT_EQ(ptr_.type(), VarType::kDouble);
+  EXPECT_EQ(spare.tableNameFromCPointer(ptr_), "Messung");
+  Messung unknown;
+  Variant other = CRecordPointer(&unknown);
+  EXPECT_EQ(spare.tableNameFromCPointer(other), "");
+  Variant text("0x1234");
+  EXPECT_TRUE(qv::testing::RaisesError([&] { spare.tableNameFromCPointer(text); },
+                                       err::kTypeMismatch, "Type mismatch"));
+}
+
+TEST_F(CRecordBindingTest, EveryMoveCopiesTheCurrentRecordIntoTheStructure) {
+  auto rs = Attached();
+  EXPECT_STREQ(rec_.name, "A");
+  EXPECT_EQ(rec_.nr, 1);
+  EXPECT_EQ(rec_.wert, 1.25);
+  EXPECT_EQ(rec_.aktiv, -1);
+  EXPECT_EQ(rec_.datum, MakeDate(2024, 5, 6, 7, 8, 9).serial);
+  EXPECT_EQ(rec_.anzahl, 12);
+  rs->moveNext();
+  EXPECT_STREQ(rec_.name, "Überl");  // 7 bytes at most, cut before the next character
+  EXPECT_EQ(rec_.nr, 2);
+  EXPECT_EQ(rec_.wert, -3.5);
+  EXPECT_EQ(rec_.aktiv, 0);
+  EXPECT_EQ(rec_.datum, 0.0);  // Null
+  EXPECT_EQ(rec_.anzahl, 0);
+}
+
+TEST_F(CRecordBindingTest, InsertAndUpdateTakeTheStructuresValues) {
+  auto rs = Attached();
+  rec_.wert = 9.5;
+  rec_.aktiv = 1;
+  rs->updateRecord();
+  EXPECT_EQ(con_->QueryValue("SELECT Wert FROM messung WHERE Name = 'A'"), Variant(9.5));
+  EXPECT_EQ(con_->QueryValue("SELECT Aktiv FROM messung WHERE Name = 'A'"), Variant(true));
+  std::strcpy(rec_.name, "B");
+  rec_.nr = 7;
+  rec_.anzahl = -5;
+  rs->insertRecord();
+  EXPECT_EQ(con_->QueryValue("SELECT Anzahl FROM messung WHERE Name = 'B' AND Nr = 7"),
+            Variant(int16_t{-5}));
+  EXPECT_EQ(rs->getValue("Name"), Variant("B"));
+}
+
+TEST_F(CRecordBindingTest, AttachFailsWhenTheStructureDoesNotFit) {
+  auto rs = std::make_shared<QvRecordset>();
+  EXPECT_FALSE(rs->attachCPointer(ptr_));  // not open
+  ASSERT_TRUE(rs->openTable(con_, "messung"));
+  struct Other {
+    double name;
+  } other{};
+  const QvCFieldLayout as_double{"Name", kAdDouble, 0, sizeof(double)};
+  ASSERT_EQ(qv_register_c_record(&other, "messung", &as_double, 1), 0);
+  Variant other_ptr = CRecordPointer(&other);
+  EXPECT_FALSE(rs->attachCPointer(other_ptr));  // text field into a double
+  const QvCFieldLayout missing{"Nope", kAdDouble, 0, sizeof(double)};
+  ASSERT_EQ(qv_register_c_record(&other, "messung", &missing, 1), 0);
+  EXPECT_FALSE(rs->attachCPointer(other_ptr));
+  ASSERT_EQ(qv_register_c_record(&other, "raum", &as_double, 1), 0);
+  EXPECT_FALSE(rs->attachCPointer(other_ptr));  // another table
+  EXPECT_EQ(qv_unregister_c_record(&other), 0);
+  Variant not_a_pointer("x");
+  EXPECT_FALSE(rs->attachCPointer(not_a_pointer));
+}
+
+TEST_F(CRecordBindingTest, UnregisteringDetachesTheStructure) {
+  auto rs = Attached();
+  ASSERT_EQ(qv_unregister_c_record(&rec_), 0);
+  rs->moveNext();
+  EXPECT_STREQ(rec_.name, "A");
+}
+
+TEST_F(CRecordBindingTest, MembersAreReachedByName) {
+  ObjectPtr spare = CreateObject("qvglobal10.QvRecordset");
+  std::vector<Variant> args{ptr_};
+  EXPECT_EQ(spare->Invoke("tableNameFromCPointer", InvokeKind::kMethod, args), Variant("Messung"));
+  ObjectPtr rs = CreateObject("qvglobal10.QvRecordset");
+  rs->Call("openTable", {Variant(con_), Variant("messung")});
+  EXPECT_EQ(rs->Invoke("attachCPointer", InvokeKind::kMethod, args), Variant(true));
+  rs->Call("moveLast");
+  EXPECT_EQ(rec_.nr, 2);
+}
+
+}  // namespace
+}  // namespace qv::ds

@@ -1,0 +1,270 @@
+// QvRecordset writing: inserts, updates and deletes over key/data table
+// pairs, written through at once, with the descendants' data rows kept in
+// step with the relations' cascades; running numbers; value conversion.
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "com/error.h"
+#include "com/variant_date.h"
+#include "datasource/db_catalog.h"
+#include "datasource/db_connection.h"
+#include "datasource/db_error.h"
+#include "datasource/qv_recordset.h"
+#include "testing/expect_error.h"
+#include "testing/room_schema.h"
+
+namespace qv::ds {
+namespace {
+
+using qv::testing::RaisesError;
+using qv::testing::RoomDatabase;
+
+constexpr char kFkText[] =
+    "a relation between tables does not allow this change (FOREIGN KEY constraint failed)";
+
+class QvRecordsetWriteTest : public ::testing::Test {
+ protected:
+  // A second connection on the file sees only what was written through.
+  int32_t CountInFile(const std::string& sql) {
+    DbConnection other;
+    other.Open(DbConnection::MakeConnectionString(db_.path()));
+    return other.QueryValue(sql).ToLong();
+  }
+
+  // Data rows without a key row and key rows without a data row, over the
+  // three lower levels.
+  int32_t Orphans() {
+    const std::vector<std::string> keys{"Gebaeude", "Stock", "Wohnung", "Raum"};
+    int32_t orphans = 0;
+    for (size_t level = 1; level < keys.size(); ++level) {
+      std::string match;
+      for (size_t k = 0; k <= level; ++k) {
+        match += (k > 0 ? " AND " : "") + ("a." + keys[k]) + " = b." + keys[k];
+      }
+      const std::string t = keys[level];
+      orphans += CountInFile("SELECT COUNT(*) FROM " + t + "_t a WHERE NOT EXISTS (SELECT 1 FROM " +
+                             t + " b WHERE " + match + ")");
+      orphans += CountInFile("SELECT COUNT(*) FROM " + t + " a WHERE NOT EXISTS (SELECT 1 FROM " +
+                             t + "_t b WHERE " + match + ")");
+    }
+    return orphans;
+  }
+
+  void SetRoom(QvRecordset& rs, const std::vector<std::string>& keys, int32_t order_num,
+               const std::string& label) {
+    rs.clearVars();
+    for (size_t i = 0; i < keys.size(); ++i) rs.setFieldValue(static_cast<int16_t>(i), Variant(keys[i]));
+    rs.setValue("OrderNum", Variant(order_num));
+    rs.setValue("Bezeichnung", Variant(label));
+  }
+
+  void ReadBlock(QvRecordset& rs, const std::vector<std::string>& keys) {
+    for (size_t i = 0; i < keys.size(); ++i) rs.setFieldValue(static_cast<int16_t>(i), Variant(keys[i]));
+    rs.readBlock(static_cast<int16_t>(keys.size()), true);
+  }
+
+  RoomDatabase db_{{2, 3, 2, 3}};
+};
+
+TEST_F(QvRecordsetWriteTest, InsertWritesKeyRowAndDataRowAndStandsOnTheNewRecord) {
+  auto rs = db_.Open("raum");
+  ReadBlock(*rs, {"G1", "S1", "W1"});
+  SetRoom(*rs, {"G1", "S1", "W1", "R9"}, 15, "Neu");
+  rs->insertRecord();
+  EXPECT_EQ(CountInFile("SELECT COUNT(*) FROM raum WHERE Raum = 'R9' AND OtherFields IS NULL"), 1);
+  EXPECT_EQ(CountInFile("SELECT COUNT(*) FROM raum_t WHERE Raum = 'R9' AND OrderNum = 15 "
+                        "AND Bezeichnung = 'Neu'"),
+            1);
+  EXPECT_EQ(rs->getRecordCount(), 4);
+  EXPECT_EQ(rs->getPosition(), 2);  // R3 (0), R2 (10), R9 (15), R1 (20)
+  EXPECT_EQ(rs->getValue("Raum"), Variant("R9"));
+}
+
+TEST_F(QvRecordsetWriteTest, InsertWithoutParentWritesNothing) {
+  auto rs = db_.Open("raum");
+  SetRoom(*rs, {"G9", "S1", "W1", "R1"}, 0, "Waise");
+  EXPECT_TRUE(RaisesError([&] { rs->insertRecord(); }, dberr::kConstraint, kFkText,
+                          "QvRecordset.insertRecord"));
+  EXPECT_EQ(CountInFile("SELECT COUNT(*) FROM raum_t WHERE Gebaeude = 'G9'"), 0);
+  EXPECT_EQ(CountInFile("SELECT COUNT(*) FROM raum WHERE Gebaeude = 'G9'"), 0);
+}
+
+TEST_F(QvRecordsetWriteTest, InsertRefusesAnExistingKeyInAnyLetterCase) {
+  auto rs = db_.Open("raum");
+  SetRoom(*rs, {"g1", "s1", "w1", "r1"}, 0, "Doppelt");
+  EXPECT_TRUE(RaisesError([&] { rs->insertRecord(); }, dberr::kConstraint,
+                          "duplicate key in table 'Raum': Gebaeude, Stock, Wohnung, Raum",
+                          "QvRecordset.insertRecord"));
+  EXPECT_EQ(CountInFile("SELECT COUNT(*) FROM raum_t"), 36);
+}
+
+TEST_F(QvRecordsetWriteTest, UpdateWritesThroughAndKeepsTheRecordCurrent) {
+  auto rs = db_.Open("raum");
+  ReadBlock(*rs, {"G1", "S1", "W1"});
+  ASSERT_EQ(rs->getValue("Raum"), Variant("R3"));
+  rs->setValue("OrderNum", Variant(int32_t{99}));
+  rs->setValue("Bezeichnung", Variant("Bad"));
+  rs->updateRecord();
+  EXPECT_EQ(CountInFile("SELECT COUNT(*) FROM raum_t WHERE Raum = 'R3' AND Wohnung = 'W1' AND "
+                        "Stock = 'S1' AND Gebaeude = 'G1' AND OrderNum = 99 AND Bezeichnung = 'Bad'"),
+            1);
+  EXPECT_EQ(rs->getPosition(), 2);  // now last: R2, R1, R3
+  EXPECT_EQ(rs->getValue("Bezeichnung"), Variant("Bad"));
+  rs->moveFirst();
+  EXPECT_EQ(rs->getValue("Raum"), Variant("R2"));
+}
+
+TEST_F(QvRecordsetWriteTest, RenamingAKeyTakesTheChildrenAlong) {
+  auto rs = db_.Open("wohnung");
+  ReadBlock(*rs, {"G1", "S1"});
+  ASSERT_TRUE(rs->findKey("Wohnung", Variant("W1")));
+  rs->setValue("Wohnung", Variant("W7"));
+  rs->updateRecord();
+  EXPECT_EQ(CountInFile("SELECT COUNT(*) FROM raum_t WHERE Gebaeude = 'G1' AND Stock = 'S1' AND "
+                        "Wohnung = 'W7'"),
+            3);
+  EXPECT_EQ(CountInFile("SELECT COUNT(*) FROM raum WHERE Wohnung = 'W1' AND Stock = 'S1' AND "
+                        "Gebaeude = 'G1'"),
+            0);
+  EXPECT_EQ(Orphans(), 0);
+  EXPECT_EQ(rs->getValue("Wohnung"), Variant("W7"));
+}
+
+TEST_F(QvRecordsetWriteTest, DeleteRemovesTheDataRowsOfAllDescendants) {
+  auto rs = db_.Open("stock");
+  ReadBlock(*rs, {"G1"});
+  ASSERT_TRUE(rs->findKey("Stock", Variant("S2")));
+  rs->deleteRecord();
+  EXPECT_EQ(rs->getRecordCount(), 2);
+  EXPECT_EQ(rs->getValue("Stock"), Variant("S1"));  // the next record: S3, S2, S1
+  EXPECT_EQ(CountInFile("SELECT COUNT(*) FROM stock_t"), 5);
+  EXPECT_EQ(CountInFile("SELECT COUNT(*) FROM wohnung_t WHERE Gebaeude = 'G1' AND Stock = 'S2'"), 0);
+  EXPECT_EQ(CountInFile("SELECT COUNT(*) FROM raum_t"), 30);
+  EXPECT_EQ(Orphans(), 0);
+  rs->moveNext();
+  EXPECT_TRUE(RaisesError([&] { rs->deleteRecord(); }, err::kObjectError1000,
+                          "no current record in table 'stock'", "QvRecordset.deleteRecord"));
+}
+
+TEST_F(QvRecordsetWriteTest, WritesThroughOtherRecordSetsShowAfterTheNextRead) {
+  auto reader = db_.Open("raum");
+  auto writer = db_.Open("raum");
+  ReadBlock(*reader, {"G2", "S3", "W2"});
+  ReadBlock(*writer, {"G2", "S3", "W2"});
+  writer->deleteRecord();
+  EXPECT_EQ(reader->getRecordCount(), 3);
+  ReadBlock(*reader, {"G2", "S3", "W2"});
+  EXPECT_EQ(reader->getRecordCount(), 2);
+}
+
+class QvRecordsetValuesTest : public QvRecordsetWriteTest {
+ protected:
+  void SetUp() override {
+    DbCatalog catalog(*db_.con());
+    const std::vector<ColumnDef> keys{{"Projekt", kAdVarWChar, 10},
+                                      {"Nr", kAdInteger, 0, /*auto_increment=*/true}};
+    std::vector<ColumnDef> key_table = keys;
+    key_table.push_back({"OtherFields", kAdLongVarBinary});
+    std::vector<ColumnDef> data_table = keys;
+    data_table.insert(data_table.end(), {{"Text", kAdVarWChar, 5},
+                                         {"Anzahl", kAdSmallInt},
+                                         {"Aktiv", kAdBoolean},
+                                         {"Datum", kAdDate},
+                                         {"Faktor", kAdSingle},
+                                         {"Wert", kAdDouble},
+                                         {"Notiz", kAdLongVarWChar}});
+    catalog.CreateTable("pos", key_table, {"Projekt", "Nr"});
+    catalog.CreateTable("pos_t", data_table, {"Projekt", "Nr"});
+    rs_ = db_.Open("pos");
+  }
+
+  void Insert(const std::string& projekt, const Variant& nr) {
+    rs_->clearVars();
+    rs_->setValue("Projekt", Variant(projekt));
+    rs_->setValue("Nr", nr);
+    rs_->insertRecord();
+  }
+
+  std::shared_ptr<QvRecordset> rs_;
+};
+
+TEST_F(QvRecordsetValuesTest, EmptyLastKeyOfANumericTableGetsTheNextNumber) {
+  Insert("A", Variant());
+  EXPECT_EQ(rs_->getValue("Nr"), Variant(int32_t{1}));
+  Insert("A", Variant());
+  EXPECT_EQ(rs_->getValue("Nr"), Variant(int32_t{2}));
+  Insert("B", Variant(kNull));
+  EXPECT_EQ(rs_->getValue("Nr"), Variant(int32_t{1}));
+  Insert("A", Variant(int32_t{10}));
+  Insert("A", Variant());
+  EXPECT_EQ(rs_->getValue("Nr"), Variant(int32_t{11}));
+  EXPECT_EQ(CountInFile("SELECT COUNT(*) FROM pos_t WHERE Projekt = 'A'"), 4);
+  EXPECT_EQ(CountInFile("SELECT COUNT(*) FROM pos"), 5);
+}
+
+TEST_F(QvRecordsetValuesTest, ValuesAreStoredWithTheColumnsTypes) {
+  rs_->setValue("Projekt", Variant("P"));
+  rs_->setValue("Nr", Variant("7"));
+  rs_->setValue("Text", Variant(int32_t{12345}));
+  rs_->setValue("Anzahl", Variant("-32768"));
+  rs_->setValue("Aktiv", Variant(int32_t{1}));
+  rs_->setValue("Datum", Variant(MakeDate(2024, 3, 1, 12, 30)));
+  rs_->setValue("Faktor", Variant(0.5));
+  rs_->setValue("Wert", Variant(int16_t{3}));
+  rs_->setValue("Notiz", Variant(std::string(2000, 'x')));
+  rs_->insertRecord();
+  EXPECT_EQ(CountInFile("SELECT COUNT(*) FROM pos_t WHERE Aktiv = -1 AND "
+                        "Datum = '2024-03-01 12:30:00'"),
+            1);
+  auto again = db_.Open("pos");
+  EXPECT_EQ(again->getValue("Nr"), Variant(int32_t{7}));
+  EXPECT_EQ(again->getValue("Text"), Variant("12345"));
+  EXPECT_EQ(again->getValue("Anzahl"), Variant(int16_t{-32768}));
+  EXPECT_EQ(again->getValue("Aktiv"), Variant(true));
+  EXPECT_EQ(again->getValue("Datum"), Variant(MakeDate(2024, 3, 1, 12, 30)));
+  EXPECT_EQ(again->getValue("Faktor"), Variant(0.5f));
+  EXPECT_EQ(again->getValue("Wert"), Variant(3.0));
+  EXPECT_EQ(again->getValue("Notiz").ToString().size(), 2000u);
+}
+
+TEST_F(QvRecordsetValuesTest, ValuesThatDoNotFitAreRefusedBeforeAnythingIsWritten) {
+  rs_->setValue("Projekt", Variant("P"));
+  rs_->setValue("Nr", Variant(int32_t{1}));
+  rs_->setValue("Text", Variant("ÄÖÜäö"));  // five characters, ten bytes: fits
+  rs_->insertRecord();
+  rs_->setValue("Nr", Variant(int32_t{2}));
+  rs_->setValue("Text", Variant("sechs!"));
+  EXPECT_TRUE(RaisesError([&] { rs_->insertRecord(); }, dberr::kConstraint,
+                          "text too long for column 'Text' of table 'pos': at most 5 characters",
+                          "QvRecordset.insertRecord"));
+  rs_->setValue("Text", Variant());
+  rs_->setValue("Anzahl", Variant(int32_t{40000}));
+  EXPECT_TRUE(RaisesError([&] { rs_->insertRecord(); }, dberr::kConstraint,
+                          "value out of range for column 'Anzahl' of table 'pos': -32768 to 32767",
+                          "QvRecordset.insertRecord"));
+  rs_->setValue("Anzahl", Variant());
+  rs_->setValue("Wert", Variant("viel"));
+  EXPECT_TRUE(RaisesError([&] { rs_->insertRecord(); }, err::kTypeMismatch,
+                          "Type mismatch: column 'Wert' of table 'pos' cannot take String \"viel\"",
+                          "QvRecordset.insertRecord"));
+  rs_->setValue("Wert", Variant());
+  rs_->setValue("Nr", Variant(3.0e10));
+  EXPECT_TRUE(RaisesError([&] { rs_->insertRecord(); }, err::kOverflow,
+                          "Overflow: column 'Nr' of table 'pos' cannot take Double 30000000000",
+                          "QvRecordset.insertRecord"));
+  EXPECT_EQ(CountInFile("SELECT COUNT(*) FROM pos_t"), 1);
+  EXPECT_EQ(CountInFile("SELECT COUNT(*) FROM pos"), 1);
+}
+
+TEST_F(QvRecordsetValuesTest, AKeyMustNotBeEmpty) {
+  rs_->clearVars();
+  rs_->setValue("Nr", Variant(int32_t{1}));
+  EXPECT_TRUE(RaisesError([&] { rs_->insertRecord(); }, dberr::kConstraint,
+                          "column 'Projekt' of table 'pos' must not be Null",
+                          "QvRecordset.insertRecord"));
+}
+
+}  // namespace
+}  // namespace qv::ds
