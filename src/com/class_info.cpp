@@ -1,19 +1,56 @@
 #include "com/class_info.h"
 
+#include <cstring>
+
 namespace qv {
 namespace {
 
-// Member names are ASCII; folding them into a small buffer keeps the lookup
-// free of allocations.
-constexpr size_t kMaxName = 96;
+// Member names are looked up on every call by name, so the hash and the
+// comparison fold ASCII letters eight bytes at a time instead of making a
+// lower-case copy. Bytes outside ASCII are left as they are.
+constexpr uint64_t kOnes = 0x0101010101010101ULL;
 
-bool FoldName(std::string_view name, char* out) {
-  if (name.size() > kMaxName) return false;
-  for (size_t i = 0; i < name.size(); ++i) {
-    const char c = name[i];
-    out[i] = (c >= 'A' && c <= 'Z') ? static_cast<char>(c + 32) : c;
-  }
-  return true;
+uint64_t LowerAscii8(uint64_t w) {
+  const uint64_t low7 = w & (0x7F * kOnes);
+  const uint64_t at_least_a = low7 + (0x80 - 'A') * kOnes;
+  const uint64_t above_z = low7 + (0x80 - 'Z' - 1) * kOnes;
+  const uint64_t upper = at_least_a & ~above_z & ~w & (0x80 * kOnes);
+  return w | (upper >> 2);  // 0x80 >> 2 is the case bit 0x20
+}
+
+uint64_t Load64(const char* p) {
+  uint64_t w;
+  std::memcpy(&w, p, 8);
+  return w;
+}
+
+uint64_t Load32(const char* p) {
+  uint32_t w;
+  std::memcpy(&w, p, 4);
+  return w;
+}
+
+// A name of fewer than 8 bytes packed into one word. Every byte is loaded
+// straight from the name: assembling a word in memory byte by byte and
+// reading it back would stall on store forwarding.
+uint64_t SmallWord(std::string_view s) {
+  const size_t n = s.size();
+  if (n >= 4) return Load32(s.data()) | (Load32(s.data() + n - 4) << 32);
+  if (n == 0) return 0;
+  auto byte = [&s](size_t i) {
+    return static_cast<uint64_t>(static_cast<uint8_t>(s[i]));
+  };
+  return byte(0) | (byte(n / 2) << 8) | (byte(n - 1) << 16);
+}
+
+// Calls f with the offsets of the 8-byte words that cover a name of at least
+// 8 bytes; the last word ends with the name and may overlap the one before.
+// Names of one length are always cut the same way.
+template <class F>
+void ForEachWordOffset(size_t n, F f) {
+  size_t i = 0;
+  for (; i + 8 < n; i += 8) f(i);
+  f(n - 8);
 }
 
 }  // namespace
@@ -46,10 +83,36 @@ std::string MemberInfo::KindsText() const {
   return text;
 }
 
+size_t ClassInfo::NameHash::operator()(std::string_view s) const {
+  uint64_t h = 0x9E3779B97F4A7C15ULL ^ s.size();
+  auto mix = [&h](uint64_t word) {
+    h = (h ^ LowerAscii8(word)) * 0xFF51AFD7ED558CCDULL;
+    h ^= h >> 32;
+  };
+  if (s.size() < 8) {
+    mix(SmallWord(s));
+  } else {
+    ForEachWordOffset(s.size(), [&](size_t i) { mix(Load64(s.data() + i)); });
+  }
+  return static_cast<size_t>(h);
+}
+
+bool ClassInfo::NameEqual::operator()(std::string_view a,
+                                      std::string_view b) const {
+  if (a.size() != b.size()) return false;
+  if (a.size() < 8) {
+    return LowerAscii8(SmallWord(a)) == LowerAscii8(SmallWord(b));
+  }
+  uint64_t differ = 0;
+  ForEachWordOffset(a.size(), [&](size_t i) {
+    differ |=
+        LowerAscii8(Load64(a.data() + i)) ^ LowerAscii8(Load64(b.data() + i));
+  });
+  return differ == 0;
+}
+
 const MemberInfo* ClassInfo::Find(std::string_view name) const {
-  char folded[kMaxName];
-  if (!FoldName(name, folded)) return nullptr;
-  auto it = index_.find(std::string_view(folded, name.size()));
+  auto it = index_.find(name);
   return it == index_.end() ? nullptr : &members_[it->second];
 }
 
@@ -59,12 +122,9 @@ const MemberInfo* ClassInfo::FindById(int32_t id) const {
 }
 
 MemberInfo& ClassInfo::Upsert(std::string_view name) {
-  char folded[kMaxName];
-  if (!FoldName(name, folded)) std::abort();  // a programming error
-  const std::string key(folded, name.size());
-  auto it = index_.find(key);
+  auto it = index_.find(name);
   if (it != index_.end()) return members_[it->second];
-  index_.emplace(key, members_.size());
+  index_.emplace(std::string(name), members_.size());
   MemberInfo& member = members_.emplace_back();
   member.name = std::string(name);
   member.id = static_cast<int32_t>(members_.size());

@@ -69,17 +69,21 @@ class ClassInfo {
   void AddEvent(EventInfo event) { events_.push_back(std::move(event)); }
 
  private:
-  struct Hash {
+  // Hash and equality of names without regard to ASCII letter case, so that
+  // a lookup takes the name as the caller spelt it, without a folded copy.
+  struct NameHash {
     using is_transparent = void;
-    size_t operator()(std::string_view s) const {
-      return std::hash<std::string_view>()(s);
-    }
+    size_t operator()(std::string_view s) const;
+  };
+  struct NameEqual {
+    using is_transparent = void;
+    bool operator()(std::string_view a, std::string_view b) const;
   };
 
   std::string name_;
   std::vector<MemberInfo> members_;
   std::vector<EventInfo> events_;
-  std::unordered_map<std::string, size_t, Hash, std::equal_to<>> index_;
+  std::unordered_map<std::string, size_t, NameHash, NameEqual> index_;
 };
 
 }  // namespace qv

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cctype>
 #include <memory>
 #include <string>
 #include <utility>
@@ -127,6 +128,55 @@ TEST_F(DispatchTest, IdsFollowInterfaceOrder) {
                   kNoMember));
   EXPECT_TRUE(RaisesError(
       [&] { object_->InvokeById(13, InvokeKind::kGet, {}); }, 438, kNoMember));
+}
+
+TEST(ClassInfoTest, FindsNamesOfEveryLengthInAnyCase) {
+  ClassInfo info("Names");
+  std::vector<std::string> names;
+  for (size_t n = 1; n <= 40; ++n) {
+    std::string name;
+    for (size_t i = 0; i < n; ++i)
+      name += static_cast<char>('a' + (i * 7) % 26);
+    name[n / 2] = static_cast<char>(std::toupper(name[n / 2]));
+    info.Upsert(name);
+    names.push_back(name);
+  }
+  for (const std::string& name : names) {
+    SCOPED_TRACE(name);
+    std::string upper = name, lower = name;
+    for (char& c : upper) c = static_cast<char>(std::toupper(c));
+    for (char& c : lower) c = static_cast<char>(std::tolower(c));
+    const MemberInfo* member = info.Find(name);
+    ASSERT_NE(member, nullptr);
+    EXPECT_EQ(member->name, name);
+    EXPECT_EQ(info.Find(upper), member);
+    EXPECT_EQ(info.Find(lower), member);
+    // One changed byte, first or last, is another name.
+    std::string first = lower, last = lower;
+    first.front() = '_';
+    last.back() = '_';
+    EXPECT_EQ(info.Find(first), nullptr);
+    EXPECT_EQ(info.Find(last), nullptr);
+    EXPECT_EQ(info.Find(lower + "9"), nullptr);
+  }
+  EXPECT_EQ(info.members().size(), 40u);
+  EXPECT_EQ(&info.Upsert("AB"), &info.Upsert("ab"));
+}
+
+TEST(ClassInfoTest, OnlyAsciiLettersFoldTheirCase) {
+  ClassInfo info("Names");
+  // Neighbours of the letter ranges differ from each other by the case bit.
+  for (const char* name : {"a@b", "x[y]z", "Gr\u00f6\u00dfe", "tab\x7f"}) {
+    info.Upsert(name);
+  }
+  EXPECT_EQ(info.Find("a`b"), nullptr);
+  EXPECT_NE(info.Find("A@B"), nullptr);
+  EXPECT_EQ(info.Find("x{y}z"), nullptr);
+  EXPECT_NE(info.Find("X[Y]Z"), nullptr);
+  EXPECT_NE(info.Find("GR\u00f6\u00dfE"), nullptr);
+  EXPECT_EQ(info.Find("Gr\u00d6\u00dfe"), nullptr);
+  EXPECT_EQ(info.Find("tab\x5f"), nullptr);
+  EXPECT_EQ(info.Find(""), nullptr);
 }
 
 TEST_F(DispatchTest, ByReferenceArgumentsAreWrittenBack) {
