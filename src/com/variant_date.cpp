@@ -40,7 +40,10 @@ Date MakeDate(int year, int month, int day, int hour, int minute, int second) {
                                      static_cast<unsigned>(day)) -
                        kEpochOffset;
   const double time = (hour * 3600.0 + minute * 60.0 + second) / 86400.0;
-  return Date{static_cast<double>(days) + time};
+  // Before day 0 the time counts away from the day (-1.25 is 1899-12-29
+  // 06:00), as FormatDate reads it.
+  return Date{days < 0 ? static_cast<double>(days) - time
+                       : static_cast<double>(days) + time};
 }
 
 std::string FormatDate(Date d) {
