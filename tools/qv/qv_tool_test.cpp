@@ -1,0 +1,186 @@
+// Runs the built qv tool as a user would and checks its exact output and
+// exit status.
+#include <gtest/gtest.h>
+#include <stdio.h>
+#include <sys/wait.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "com/text.h"
+#include "testing/temp_dir.h"
+
+#ifdef QVGLOBAL_QV_TOOL
+
+namespace qv {
+namespace {
+
+namespace fs = std::filesystem;
+
+struct ToolRun {
+  int status = -1;
+  std::string out;
+  std::string err;
+};
+
+// Runs `qv <args>` through the shell; `env` is put in front of the command
+// (e.g. "TMPDIR=/x").
+ToolRun RunQv(const std::string& args, const std::string& env = "") {
+  testing::TempDir scratch;
+  const std::string err_file = scratch.File("stderr");
+  const std::string command =
+      env + " '" + QVGLOBAL_QV_TOOL + "' " + args + " 2>'" + err_file + "'";
+  ToolRun run;
+  FILE* pipe = popen(command.c_str(), "r");
+  if (pipe == nullptr) return run;
+  char buffer[4096];
+  size_t n;
+  while ((n = fread(buffer, 1, sizeof buffer, pipe)) > 0)
+    run.out.append(buffer, n);
+  const int wait_status = pclose(pipe);
+  run.status = WIFEXITED(wait_status) ? WEXITSTATUS(wait_status) : -1;
+  std::ifstream err(err_file);
+  run.err.assign(std::istreambuf_iterator<char>(err), {});
+  return run;
+}
+
+std::vector<std::string> Lines(const std::string& text) {
+  std::vector<std::string> lines;
+  std::istringstream in(text);
+  for (std::string line; std::getline(in, line);) lines.push_back(line);
+  return lines;
+}
+
+TEST(QvToolTest, KeysPrintsOneKeyStringPerLine) {
+  const ToolRun run = RunQv("keys 0 1 26 37 38 70 71 75");
+  EXPECT_EQ(run.status, 0);
+  EXPECT_EQ(run.out,
+            "\n^a\n^z\n{F11}\n^{F1}\n+^{F11}\n^{INSERT}\n%{BACKSPACE}\n");
+  EXPECT_EQ(run.err, "");
+}
+
+TEST(QvToolTest, KeysStopsAtTheFirstUnknownCode) {
+  const ToolRun alone = RunQv("keys 76");
+  EXPECT_EQ(alone.status, 1);
+  EXPECT_EQ(alone.out, "");
+  EXPECT_EQ(
+      alone.err,
+      "CQVActiveBar->ABKeyCodeToSendKeyStr: Nicht zuweisbarer KeyCode 76\n");
+
+  const ToolRun mixed = RunQv("keys 49 -1 2");
+  EXPECT_EQ(mixed.status, 1);
+  EXPECT_EQ(mixed.out, "+{F1}\n");
+  EXPECT_EQ(
+      mixed.err,
+      "CQVActiveBar->ABKeyCodeToSendKeyStr: Nicht zuweisbarer KeyCode -1\n");
+}
+
+TEST(QvToolTest, UsageErrorsExitWithStatusTwo) {
+  for (const char* args :
+       {"keys x", "keys 32768", "keys", "nosuchcommand", ""}) {
+    SCOPED_TRACE(args);
+    const ToolRun run = RunQv(args);
+    EXPECT_EQ(run.status, 2);
+    EXPECT_EQ(run.out, "");
+    EXPECT_NE(run.err, "");
+  }
+}
+
+TEST(QvToolTest, VersionAndHelp) {
+  const ToolRun version = RunQv("--version");
+  EXPECT_EQ(version.status, 0);
+  EXPECT_EQ(version.out, "qv 1.0.0\n");
+  const ToolRun help = RunQv("--help");
+  EXPECT_EQ(help.status, 0);
+  for (const char* command : {"classes", "demo", "keys"}) {
+    EXPECT_NE(help.out.find(std::string("\n  ") + command + " "),
+              std::string::npos)
+        << command;
+  }
+}
+
+TEST(QvToolTest, ClassesListsTheProgIdsSorted) {
+  const ToolRun run = RunQv("classes");
+  EXPECT_EQ(run.status, 0);
+  const std::vector<std::string> progids = Lines(run.out);
+  for (const char* progid :
+       {"qvglobal10.CQVActiveBar", "qvglobal10.CQvUsedKeys_t_",
+        "qvglobal10.CARBefDetSecParam_t_", "qvglobal10.CQvAREvents"}) {
+    EXPECT_NE(std::find(progids.begin(), progids.end(), progid), progids.end())
+        << progid;
+  }
+  EXPECT_TRUE(std::is_sorted(progids.begin(), progids.end(),
+                             [](const std::string& a, const std::string& b) {
+                               return text::LCase(a) < text::LCase(b);
+                             }));
+}
+
+TEST(QvToolTest, ClassesShowsOneInterfaceInOrder) {
+  const ToolRun bar = RunQv("classes QVGLOBAL10.cqvactivebar");
+  EXPECT_EQ(bar.status, 0);
+  const std::vector<std::string> lines = Lines(bar.out);
+  ASSERT_EQ(lines.size(), 22u);
+  EXPECT_EQ(lines[0], "qvglobal10.CQVActiveBar (CQVActiveBar)");
+  EXPECT_EQ(lines[1], "   1  MNU_CUT_TOOLNAME                get");
+  EXPECT_EQ(lines[18], "  18  ARRAY_TOOLNAMES                 get");
+  EXPECT_EQ(lines[21],
+            "  21  ABKeyCodeToSendKeyStr           method       (Integer&)");
+
+  const ToolRun events = RunQv("classes qvglobal10.CQvAREvents");
+  EXPECT_EQ(events.status, 0);
+  EXPECT_EQ(events.out,
+            "qvglobal10.CQvAREvents (CQvAREvents)\n"
+            "   1  REBefPrRowDetSec  method       (Object, Array&)\n"
+            "events:\n"
+            "      BefPrRowDetSec(ARBefDetSecParam, vChangeRowValues)\n");
+
+  const ToolRun param = RunQv("classes qvglobal10.CARBefDetSecParam_t_");
+  EXPECT_EQ(Lines(param.out)[1], "   1  RowQvDs          get/let      = Long");
+  EXPECT_EQ(Lines(param.out)[5], "   5  WasLastRowEmpty  get");
+}
+
+TEST(QvToolTest, ClassesOfAnUnknownProgIdFails) {
+  const ToolRun run = RunQv("classes qvglobal10.NoSuchClass");
+  EXPECT_EQ(run.status, 1);
+  EXPECT_EQ(run.out, "");
+  EXPECT_EQ(run.err, "ActiveX component can't create object\n");
+}
+
+TEST(QvToolTest, DemoRemovesItsTemporaryFolder) {
+  testing::TempDir tmp;
+  const ToolRun run = RunQv("demo", "TMPDIR='" + tmp.path() + "'");
+  EXPECT_EQ(run.status, 0) << run.err;
+  EXPECT_EQ(run.err, "");
+  EXPECT_EQ(run.out.rfind("qv demo in " + tmp.path() + "/qv-demo-", 0), 0u)
+      << run.out;
+  EXPECT_NE(run.out.find("\n1. Toolbar key codes\n"), std::string::npos);
+  EXPECT_NE(
+      run.out.find("Ctrl+F1 is recorded as 39, which reads back as \"^{F2}\""),
+      std::string::npos);
+  EXPECT_EQ(run.out.substr(run.out.size() - 7), "\nDone.\n");
+  EXPECT_TRUE(fs::is_empty(tmp.path()));
+}
+
+TEST(QvToolTest, DemoKeepsTheFolderGivenWithDir) {
+  testing::TempDir tmp;
+  const std::string dir = tmp.File("demo dir");
+  const ToolRun run = RunQv("demo --dir '" + dir + "'");
+  EXPECT_EQ(run.status, 0) << run.err;
+  EXPECT_EQ(Lines(run.out).at(0), "qv demo in " + dir);
+  EXPECT_TRUE(fs::is_directory(dir));
+}
+
+}  // namespace
+}  // namespace qv
+
+#else  // !QVGLOBAL_QV_TOOL
+
+TEST(QvToolTest, ToolIsBuilt) {
+  GTEST_SKIP() << "the qv tool is not part of this build";
+}
+
+#endif  // QVGLOBAL_QV_TOOL
