@@ -65,21 +65,21 @@ TEST(CARBefDetSecParamTest, DispatchInterfaceInOrder) {
   for (const MemberInfo& m : param->GetClassInfo().members()) {
     members.push_back(m.name + " " + m.KindsText());
   }
-  EXPECT_EQ(members, (std::vector<std::string>{
-                         "RowQvDs get/let", "RowTotal get/let", "Bold get/let",
-                         "EmptyRow get/let", "WasLastRowEmpty get",
-                         "IgnoreQvDsRow get/let", "AddRow get/let",
-                         "init method"}));
+  EXPECT_EQ(members,
+            (std::vector<std::string>{
+                "RowQvDs get/let", "RowTotal get/let", "Bold get/let",
+                "EmptyRow get/let", "WasLastRowEmpty get",
+                "IgnoreQvDsRow get/let", "AddRow get/let", "init method"}));
   param->Call("INIT", {int32_t{4}, int16_t{8}, true});
   param->Let("bold", true);
   param->Let("rowtotal", "12");
   EXPECT_EQ(param->Get("Bold"), Variant(true));
   EXPECT_EQ(param->Get("RowTotal"), Variant(int32_t{12}));
   EXPECT_EQ(param->Get("wasLastRowEmpty"), Variant(true));
-  EXPECT_TRUE(testing::RaisesError([&] { param->Let("WasLastRowEmpty", false); },
-                                   438,
-                                   "Object doesn't support this property or "
-                                   "method"));
+  EXPECT_TRUE(
+      testing::RaisesError([&] { param->Let("WasLastRowEmpty", false); }, 438,
+                           "Object doesn't support this property or "
+                           "method"));
 }
 
 TEST(CQvAREventsTest, WithoutListenerNothingChanges) {
@@ -153,8 +153,8 @@ TEST(CQvAREventsTest, ListenersRunInOrderAndSeeEachOthersChanges) {
   });
   Row row;
   events.REBefPrRowDetSec(row.param, row.values);
-  EXPECT_EQ(seen, (std::vector<Variant>{"geändert", 2.5, Variant(),
-                                        int32_t{42}}));
+  EXPECT_EQ(seen,
+            (std::vector<Variant>{"geändert", 2.5, Variant(), int32_t{42}}));
   EXPECT_EQ(row.values[1], Variant("zuletzt"));
 }
 

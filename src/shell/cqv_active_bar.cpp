@@ -1,5 +1,7 @@
 #include "shell/cqv_active_bar.h"
 
+#include <fmt/format.h>
+
 #include <array>
 #include <cstdint>
 #include <string>
@@ -72,6 +74,8 @@ constexpr std::array<NameGetter, 9> kContextMenuTools{
 constexpr int kFirstFunctionKeyCode = 27;
 constexpr int kFunctionKeysPerBlock = 11;
 constexpr std::array<const char*, 4> kFunctionKeyPrefixes{"", "^", "+", "+^"};
+constexpr int kFunctionKeyCodes =
+    kFunctionKeysPerBlock * static_cast<int>(kFunctionKeyPrefixes.size());
 // Key codes 71 to 75.
 constexpr int kFirstEditKeyCode = 71;
 constexpr std::array<const char*, 5> kEditKeys{
@@ -143,13 +147,10 @@ std::string CQVActiveBar::ABKeyCodeToSendKeyStr(int16_t& ABKeyCode) const {
     return std::string("^") + static_cast<char>('a' + code - 1);
   }
   const int function_key = code - kFirstFunctionKeyCode;
-  if (function_key >= 0 &&
-      function_key < kFunctionKeysPerBlock * static_cast<int>(
-                                                 kFunctionKeyPrefixes.size())) {
-    return std::string(kFunctionKeyPrefixes[function_key /
-                                            kFunctionKeysPerBlock]) +
-           "{F" + std::to_string(function_key % kFunctionKeysPerBlock + 1) +
-           "}";
+  if (function_key >= 0 && function_key < kFunctionKeyCodes) {
+    return fmt::format(
+        "{}{{F{}}}", kFunctionKeyPrefixes[function_key / kFunctionKeysPerBlock],
+        function_key % kFunctionKeysPerBlock + 1);
   }
   const int edit_key = code - kFirstEditKeyCode;
   if (edit_key >= 0 && edit_key < static_cast<int>(kEditKeys.size())) {

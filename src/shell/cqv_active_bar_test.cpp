@@ -33,10 +33,10 @@ std::string Decode(int16_t code) {
 
 TEST(CQVActiveBarTest, DecodesEveryBlockAtItsBoundaries) {
   const std::vector<std::pair<int16_t, std::string>> cases = {
-      {0, ""},          {1, "^a"},        {2, "^b"},
-      {26, "^z"},       {27, "{F1}"},     {37, "{F11}"},
-      {38, "^{F1}"},    {48, "^{F11}"},   {49, "+{F1}"},
-      {59, "+{F11}"},   {60, "+^{F1}"},   {65, "+^{F6}"},
+      {0, ""},          {1, "^a"},         {2, "^b"},
+      {26, "^z"},       {27, "{F1}"},      {37, "{F11}"},
+      {38, "^{F1}"},    {48, "^{F11}"},    {49, "+{F1}"},
+      {59, "+{F11}"},   {60, "+^{F1}"},    {65, "+^{F6}"},
       {70, "+^{F11}"},  {71, "^{INSERT}"}, {72, "+{INSERT}"},
       {73, "{DELETE}"}, {74, "+{DELETE}"}, {75, "%{BACKSPACE}"},
   };
@@ -63,17 +63,18 @@ TEST(CQVActiveBarTest, EncodesPlainAndCtrlKeys) {
   EXPECT_EQ(bar.ABKeyCodeFromKey('Z', kCtrl), 26);
   EXPECT_EQ(bar.ABKeyCodeFromKey('@', kCtrl), 0);
   EXPECT_EQ(bar.ABKeyCodeFromKey('[', kCtrl), 0);
-  EXPECT_EQ(bar.ABKeyCodeFromKey('a', kCtrl), 0);  // a virtual key, not a letter
+  EXPECT_EQ(bar.ABKeyCodeFromKey('a', kCtrl),
+            0);  // a virtual key, not a letter
   EXPECT_EQ(bar.ABKeyCodeFromKey('A', 0), 0);
-  EXPECT_EQ(bar.ABKeyCodeFromKey(112, 0), 27);     // F1
-  EXPECT_EQ(bar.ABKeyCodeFromKey(123, 0), 38);     // F12
+  EXPECT_EQ(bar.ABKeyCodeFromKey(112, 0), 27);  // F1
+  EXPECT_EQ(bar.ABKeyCodeFromKey(123, 0), 38);  // F12
   EXPECT_EQ(bar.ABKeyCodeFromKey(111, 0), 0);
-  EXPECT_EQ(bar.ABKeyCodeFromKey(124, 0), 0);      // F13
+  EXPECT_EQ(bar.ABKeyCodeFromKey(124, 0), 0);  // F13
   EXPECT_EQ(bar.ABKeyCodeFromKey(112, kCtrl), 39);
   EXPECT_EQ(bar.ABKeyCodeFromKey(123, kCtrl), 50);
   EXPECT_EQ(bar.ABKeyCodeFromKey(45, kCtrl), 75);  // Insert
   EXPECT_EQ(bar.ABKeyCodeFromKey(45, 0), 0);
-  EXPECT_EQ(bar.ABKeyCodeFromKey(46, kCtrl), 0);   // Delete
+  EXPECT_EQ(bar.ABKeyCodeFromKey(46, kCtrl), 0);  // Delete
 }
 
 TEST(CQVActiveBarTest, EncodesShiftedKeys) {
@@ -127,11 +128,11 @@ TEST(CQVActiveBarTest, ArrayToolnamesIsANewZeroBasedArrayOfTwelve) {
   ASSERT_TRUE(first.IsArray());
   const SafeArray& names = first.ToArray();
   EXPECT_EQ(names.LBound(), 0);
-  EXPECT_EQ(names, MakeStringArray({"tCopy", "tCut", "tDelete", "tPaste",
-                                    "tRowInsert", "tExitModul",
-                                    "tSelectionlist", "tSelectionlistSort",
-                                    "tProjVerw", "tGrpDatKop",
-                                    "tQvIntelliSense", "tQvABVersion"}));
+  EXPECT_EQ(names,
+            MakeStringArray({"tCopy", "tCut", "tDelete", "tPaste", "tRowInsert",
+                             "tExitModul", "tSelectionlist",
+                             "tSelectionlistSort", "tProjVerw", "tGrpDatKop",
+                             "tQvIntelliSense", "tQvABVersion"}));
   first.ToArray()[0] = "changed";
   EXPECT_EQ(bar.ARRAY_TOOLNAMES().ToArray()[0], Variant("tCopy"));
 }
@@ -206,8 +207,10 @@ TEST(CQVActiveBarTest, DispatchReachesMembersByNameOnly) {
   EXPECT_EQ(args[0], Variant(int16_t{70}));
 
   EXPECT_TRUE(testing::RaisesError(
-      [&] { bar->Call("ABKeyCodeFromKey", {int16_t{65}, int16_t{2}}); }, 438,
-      "Object doesn't support this property or method"));
+      [&] {
+        bar->Call("ABKeyCodeFromKey", {int16_t{65}, int16_t{2}});
+      },
+      438, "Object doesn't support this property or method"));
   EXPECT_TRUE(testing::RaisesError(
       [&] { bar->Call("ABKeyCodeToSendKeyStr", {int32_t{76}}); }, -2147220504,
       "CQVActiveBar->ABKeyCodeToSendKeyStr: Nicht zuweisbarer KeyCode 76"));
