@@ -235,6 +235,29 @@ TEST_F(DbCatalogTest, FailedForeignKeyLeavesTheTableAsItWas) {
       dberr::kTransaction, "schema rebuild not possible inside a transaction"));
 }
 
+TEST_F(DbCatalogTest, ReadsTablesWrittenByOtherTools) {
+  con_.Execute("CREATE TABLE y (k INTEGER PRIMARY KEY)");
+  con_.Execute("CREATE TABLE z (k TEXT PRIMARY KEY)");
+  con_.Execute(
+      "CREATE TABLE [h] (a INTEGER REFERENCES y, /* CONSTRAINT \"no\" FOREIGN KEY (a) */\n"
+      " b VARCHAR(10), c TEXT, d REAL, e, -- CONSTRAINT x FOREIGN KEY (c)\n"
+      " CONSTRAINT `by name` FOREIGN KEY (b) REFERENCES z(k) ON DELETE SET NULL)");
+  con_.Execute("INSERT INTO y VALUES (1)");
+  con_.Execute("INSERT INTO h VALUES (1, NULL, 'x', 1.5, x'00')");
+  EXPECT_EQ(catalog_.Columns("h"),
+            (std::vector<ColumnDef>{{"a", kAdInteger},
+                                    {"b", kAdVarWChar, 10},
+                                    {"c", kAdLongVarWChar},
+                                    {"d", kAdDouble},
+                                    {"e", kAdLongVarBinary}}));
+  const ForeignKeyDef by_name{"by name", "z", {{"b", "k"}}, kAdRiNone, kAdRiSetNull};
+  const ForeignKeyDef inline_key{"", "y", {{"a", "k"}}, kAdRiNone, kAdRiNone};
+  EXPECT_EQ(catalog_.ForeignKeys("h"), (std::vector<ForeignKeyDef>{by_name, inline_key}));
+  catalog_.DropForeignKey("h", "BY NAME");
+  EXPECT_EQ(catalog_.ForeignKeys("h"), (std::vector<ForeignKeyDef>{inline_key}));
+  EXPECT_EQ(con_.QueryValue("SELECT c FROM h"), Variant("x"));
+}
+
 TEST_F(DbCatalogTest, DropsTables) {
   CreateHierarchy();
   catalog_.DropTable("RAUM");

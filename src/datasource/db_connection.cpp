@@ -15,6 +15,7 @@
 #include "datasource/db_error.h"
 #include "datasource/engine_error.h"
 #include "datasource/sql_values.h"
+#include "datasource/statement_cache.h"
 #include "platform/file_system.h"
 
 namespace qv::ds {
@@ -51,7 +52,7 @@ std::string SavepointName(int level) { return "qv_sp_" + std::to_string(level); 
 }  // namespace
 
 DbConnection::DbConnection() = default;
-DbConnection::~DbConnection() = default;
+DbConnection::~DbConnection() { Close(); }
 
 void DbConnection::Open(const std::string& connection_string) {
   if (db_) throw Error(dberr::kConnection, kOpenSource, "connection is already open");
@@ -68,6 +69,9 @@ void DbConnection::Open(const std::string& connection_string) {
 }
 
 void DbConnection::Close() {
+  if (!db_) return;
+  // SQLite closes a handle only when no statement is prepared on it.
+  ReleaseCachedStatements(*this);
   db_.reset();  // SQLite rolls back what is still open
   depth_ = 0;
 }
