@@ -1,5 +1,6 @@
 #include "com/class_info.h"
 
+#include <bit>
 #include <cstring>
 
 namespace qv {
@@ -53,6 +54,35 @@ void ForEachWordOffset(size_t n, F f) {
   f(n - 8);
 }
 
+// Hash of a name without regard to ASCII letter case.
+uint64_t NameHash(std::string_view s) {
+  uint64_t h = 0x9E3779B97F4A7C15ULL ^ s.size();
+  auto mix = [&h](uint64_t word) {
+    h = (h ^ LowerAscii8(word)) * 0xFF51AFD7ED558CCDULL;
+    h ^= h >> 32;
+  };
+  if (s.size() < 8) {
+    mix(SmallWord(s));
+  } else {
+    ForEachWordOffset(s.size(), [&](size_t i) { mix(Load64(s.data() + i)); });
+  }
+  return h;
+}
+
+// Equality of names without regard to ASCII letter case.
+bool NameEqual(std::string_view a, std::string_view b) {
+  if (a.size() != b.size()) return false;
+  if (a.size() < 8) {
+    return LowerAscii8(SmallWord(a)) == LowerAscii8(SmallWord(b));
+  }
+  uint64_t differ = 0;
+  ForEachWordOffset(a.size(), [&](size_t i) {
+    differ |=
+        LowerAscii8(Load64(a.data() + i)) ^ LowerAscii8(Load64(b.data() + i));
+  });
+  return differ == 0;
+}
+
 }  // namespace
 
 const Accessor& MemberInfo::For(InvokeKind kind) const {
@@ -83,37 +113,15 @@ std::string MemberInfo::KindsText() const {
   return text;
 }
 
-size_t ClassInfo::NameHash::operator()(std::string_view s) const {
-  uint64_t h = 0x9E3779B97F4A7C15ULL ^ s.size();
-  auto mix = [&h](uint64_t word) {
-    h = (h ^ LowerAscii8(word)) * 0xFF51AFD7ED558CCDULL;
-    h ^= h >> 32;
-  };
-  if (s.size() < 8) {
-    mix(SmallWord(s));
-  } else {
-    ForEachWordOffset(s.size(), [&](size_t i) { mix(Load64(s.data() + i)); });
-  }
-  return static_cast<size_t>(h);
-}
-
-bool ClassInfo::NameEqual::operator()(std::string_view a,
-                                      std::string_view b) const {
-  if (a.size() != b.size()) return false;
-  if (a.size() < 8) {
-    return LowerAscii8(SmallWord(a)) == LowerAscii8(SmallWord(b));
-  }
-  uint64_t differ = 0;
-  ForEachWordOffset(a.size(), [&](size_t i) {
-    differ |=
-        LowerAscii8(Load64(a.data() + i)) ^ LowerAscii8(Load64(b.data() + i));
-  });
-  return differ == 0;
-}
-
 const MemberInfo* ClassInfo::Find(std::string_view name) const {
-  auto it = index_.find(name);
-  return it == index_.end() ? nullptr : &members_[it->second];
+  if (slots_.empty()) return nullptr;
+  const size_t mask = slots_.size() - 1;
+  for (size_t i = NameHash(name) & mask;; i = (i + 1) & mask) {
+    const uint32_t slot = slots_[i];
+    if (slot == 0) return nullptr;
+    const MemberInfo& member = members_[slot - 1];
+    if (NameEqual(member.name, name)) return &member;
+  }
 }
 
 const MemberInfo* ClassInfo::FindById(int32_t id) const {
@@ -122,13 +130,32 @@ const MemberInfo* ClassInfo::FindById(int32_t id) const {
 }
 
 MemberInfo& ClassInfo::Upsert(std::string_view name) {
-  auto it = index_.find(name);
-  if (it != index_.end()) return members_[it->second];
-  index_.emplace(std::string(name), members_.size());
+  if (const MemberInfo* found = Find(name)) {
+    return members_[static_cast<size_t>(found - members_.data())];
+  }
   MemberInfo& member = members_.emplace_back();
   member.name = std::string(name);
   member.id = static_cast<int32_t>(members_.size());
+  if (members_.size() * 2 > slots_.size()) {
+    Reindex();
+  } else {
+    Place(members_.size());
+  }
   return member;
+}
+
+void ClassInfo::Place(size_t position) {
+  const size_t mask = slots_.size() - 1;
+  size_t i = NameHash(members_[position - 1].name) & mask;
+  while (slots_[i] != 0) i = (i + 1) & mask;
+  slots_[i] = static_cast<uint32_t>(position);
+}
+
+void ClassInfo::Reindex() {
+  slots_.assign(std::bit_ceil(members_.size() * 4), 0);
+  for (size_t position = 1; position <= members_.size(); ++position) {
+    Place(position);
+  }
 }
 
 }  // namespace qv

@@ -12,7 +12,6 @@
 #include <span>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
 
 #include "com/variant.h"
@@ -69,21 +68,17 @@ class ClassInfo {
   void AddEvent(EventInfo event) { events_.push_back(std::move(event)); }
 
  private:
-  // Hash and equality of names without regard to ASCII letter case, so that
-  // a lookup takes the name as the caller spelt it, without a folded copy.
-  struct NameHash {
-    using is_transparent = void;
-    size_t operator()(std::string_view s) const;
-  };
-  struct NameEqual {
-    using is_transparent = void;
-    bool operator()(std::string_view a, std::string_view b) const;
-  };
+  // Enters the member at 1-based `position` into the index.
+  void Place(size_t position);
+  void Reindex();
 
   std::string name_;
   std::vector<MemberInfo> members_;
   std::vector<EventInfo> events_;
-  std::unordered_map<std::string, size_t, NameHash, NameEqual> index_;
+  // Open-addressing index over the member names, letter case ignored: a
+  // power-of-two table at most half full, each slot holding a member's
+  // position + 1 (0 for a free slot).
+  std::vector<uint32_t> slots_;
 };
 
 }  // namespace qv
