@@ -1,0 +1,64 @@
+// Shared by the benchmarks that compare the library with raw SQLite: runs
+// the registered benchmarks, keeps each one's CPU and real time per
+// iteration, and prints the ratio of the library's time to the raw time
+// against a target. The ratio is taken from CPU time, which a busy shared
+// machine disturbs far less than wall-clock time (both sides read from the
+// page cache); the wall-clock ratio is printed beside it.
+#ifndef QVGLOBAL_BENCH_BENCH_RATIO_H_
+#define QVGLOBAL_BENCH_BENCH_RATIO_H_
+
+#include <benchmark/benchmark.h>
+
+#include <cstdio>
+#include <map>
+#include <string>
+#include <vector>
+
+namespace qv::bench {
+
+class RatioReporter : public benchmark::ConsoleReporter {
+ public:
+  void ReportRuns(const std::vector<Run>& runs) override {
+    for (const Run& run : runs) {
+      if (!run.error_occurred && run.run_type == Run::RT_Iteration) {
+        cpu_[run.benchmark_name()] = run.GetAdjustedCPUTime();
+        real_[run.benchmark_name()] = run.GetAdjustedRealTime();
+      }
+    }
+    ConsoleReporter::ReportRuns(runs);
+  }
+  // CPU and real time per iteration of a benchmark, 0 when it did not run.
+  double Cpu(const std::string& name) const { return Find(cpu_, name); }
+  double Real(const std::string& name) const { return Find(real_, name); }
+
+ private:
+  static double Find(const std::map<std::string, double>& times, const std::string& name) {
+    const auto it = times.find(name);
+    return it == times.end() ? 0 : it->second;
+  }
+
+  std::map<std::string, double> cpu_, real_;
+};
+
+// Runs the benchmarks and prints "<label>/raw ratio: X.XX (target <= T)".
+// Both benchmarks must use the same time unit.
+inline int RunWithRatio(int argc, char** argv, const std::string& ours, const std::string& raw,
+                        const char* label, double target) {
+  benchmark::Initialize(&argc, argv);
+  if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
+  RatioReporter reporter;
+  benchmark::RunSpecifiedBenchmarks(&reporter);
+  benchmark::Shutdown();
+  const double a = reporter.Cpu(ours), b = reporter.Cpu(raw);
+  if (a <= 0 || b <= 0) {
+    std::printf("%s/raw ratio: not measured (both benchmarks must run)\n", label);
+    return 0;
+  }
+  std::printf("%s/raw ratio: %.2f (target <= %g)\n", label, a / b, target);
+  std::printf("  (CPU time; wall-clock ratio %.2f)\n", reporter.Real(ours) / reporter.Real(raw));
+  return 0;
+}
+
+}  // namespace qv::bench
+
+#endif  // QVGLOBAL_BENCH_BENCH_RATIO_H_
