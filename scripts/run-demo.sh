@@ -9,8 +9,12 @@ scripts/setup.sh
 
 echo "==> Configuring build/ (RelWithDebInfo)"
 cmake -S . -B build -DCMAKE_BUILD_TYPE=RelWithDebInfo -DQVGLOBAL_BUILD_TOOLS=ON
-echo "==> Building qv"
-cmake --build build --target qv -j"$(nproc)"
+echo "==> Building qv and the Python module"
+targets=(qv)
+if cmake -LA -N build | grep -q '^QVGLOBAL_BUILD_PYTHON:BOOL=ON'; then
+  targets+=(qvglobal_python)
+fi
+cmake --build build --target "${targets[@]}" -j"$(nproc)"
 
 echo "==> Running build/bin/qv demo $*"
 exec build/bin/qv demo "$@"
