@@ -58,7 +58,8 @@ class Variant {
   Variant(float f) : value_(f) {}
   Variant(double d) : value_(d) {}
   Variant(Date d) : value_(d) {}
-  Variant(std::string s) : value_(std::move(s)) {}
+  Variant(const std::string& s) : value_(s) {}
+  Variant(std::string&& s) : value_(std::move(s)) {}
   Variant(std::string_view s) : value_(std::string(s)) {}
   Variant(const char* s) : value_(std::string(s)) {}
   Variant(ObjectPtr o) : value_(std::move(o)) {}

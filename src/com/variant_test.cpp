@@ -257,6 +257,7 @@ TEST(VariantConversionTest, ToObjectAcceptsNothingAndRejectsValues) {
 TEST(VariantTypeTest, ConstructorsPickTheAutomationType) {
   // Overload resolution is easy to get wrong (a literal string must not
   // become a Boolean, an int must be a Long).
+  const std::string lvalue = "lvalue";
   const std::vector<std::pair<Variant, VarType>> rows = {
       {Variant(), VarType::kEmpty},
       {kNull, VarType::kNull},
@@ -268,6 +269,7 @@ TEST(VariantTypeTest, ConstructorsPickTheAutomationType) {
       {Date{1}, VarType::kDate},
       {"literal", VarType::kString},
       {std::string("string"), VarType::kString},
+      {lvalue, VarType::kString},
       {std::string_view("view"), VarType::kString},
       {nullptr, VarType::kObject},
       {Array({}), VarType::kArray},
