@@ -1,0 +1,141 @@
+// Runs the built qv tool's `modules` and `name` commands and checks their
+// exact output and exit status.
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "com/text.h"
+#include "testing/run_tool.h"
+#include "testing/temp_dir.h"
+
+#ifdef QVGLOBAL_QV_TOOL
+
+namespace qv {
+namespace {
+
+using ::qv::testing::RunTool;
+using ::qv::testing::ToolRun;
+
+ToolRun RunQv(const std::string& args) {
+  return RunTool(QVGLOBAL_QV_TOOL, args);
+}
+
+std::vector<std::string> Lines(const std::string& text) {
+  std::vector<std::string> lines;
+  std::istringstream in(text);
+  for (std::string line; std::getline(in, line);) lines.push_back(line);
+  return lines;
+}
+
+// The character column at which `what` starts in `line`.
+size_t Column(const std::string& line, const std::string& what) {
+  const size_t byte = line.find(what);
+  EXPECT_NE(byte, std::string::npos) << what << " not in " << line;
+  return text::Len(line.substr(0, byte));
+}
+
+TEST(QvModulesToolTest, OneModuleListsEveryField) {
+  const ToolRun run = RunQv("modules vm");
+  EXPECT_EQ(run.status, 0);
+  EXPECT_EQ(run.err, "");
+  EXPECT_EQ(run.out,
+            "m_eModul                               18\n"
+            "m_sDescription                         Heizlast\n"
+            "m_sQvSpecDesc                          EN 12831\n"
+            "m_sExtension                           VM\n"
+            "m_aModuls                              VM,EZ,GL\n"
+            "m_aCatalogs                            VM,GL\n"
+            "m_bMulti                               False\n"
+            "m_bIsModulWithBearbeitungsstand        True\n"
+            "m_bIsModulToCopyFromUser               True\n"
+            "m_bIsVisibleInTree                     True\n"
+            "m_bIsModulWithBearbeitungsaenderungen  True\n"
+            "m_bStartShowFullSize                   False\n"
+            "m_aQuickClicks                         DX,GL,CE,SY\n"
+            "m_sRLTCalcModulClass                   QVNOKERN10.QvKern\n"
+            "m_bND                                  False\n"
+            "m_eStartSize                           3 (mmssStartAlgo1)\n"
+            "m_sStartSizeWidth                      0\n"
+            "m_sStartSizeHeight                     0\n"
+            "m_bShowPicInDX                         False\n");
+}
+
+TEST(QvModulesToolTest, UnknownModuleFails) {
+  const ToolRun run = RunQv("modules XY");
+  EXPECT_EQ(run.status, 1);
+  EXPECT_EQ(run.out, "");
+  EXPECT_EQ(run.err,
+            "CQvModulDefs->GetProjectModul: Finde zu 'XY' kein Struktur\n");
+}
+
+TEST(QvModulesToolTest, TableInOrderWithAlignedColumns) {
+  const ToolRun run = RunQv("modules");
+  EXPECT_EQ(run.status, 0);
+  const std::vector<std::string> lines = Lines(run.out);
+  ASSERT_EQ(lines.size(), 17u);
+  EXPECT_EQ(lines[0].substr(0, 17), "Code  Enum  Descr");
+  const char* codes[] = {"DX", "JS", "GL", "ZU", "VM", "NO", "SY", "LP",
+                         "CE", "MU", "OD", "IG", "EZ", "UF", "TQ", "PN"};
+  for (size_t i = 0; i < 16; ++i) {
+    EXPECT_EQ(lines[i + 1].substr(0, 2), codes[i]);
+  }
+  // Columns line up in characters, umlauts included.
+  const size_t special = Column(lines[0], "Special description");
+  EXPECT_EQ(Column(lines[5], "EN 12831"), special);  // VM, Heizlast
+  EXPECT_EQ(Column(lines[6], "DIN4701"), special);   // NO, Wärmebedarf
+  EXPECT_EQ(Column(lines[9], "VDI2078/VDI2067"), special);
+  EXPECT_NE(lines[9].find("CE,EZ,GL  CE,GL,TRY"), std::string::npos);
+  EXPECT_NE(lines[16].find("PN,TRY,4710"), std::string::npos);
+  EXPECT_NE(lines[2].find("mmssAbsolute 870x600"), std::string::npos);
+}
+
+TEST(QvNameToolTest, ModuleFile) {
+  const ToolRun run = RunQv("name /home/p/Haus_A_VM.qv3");
+  EXPECT_EQ(run.status, 0);
+  EXPECT_EQ(run.err, "");
+  EXPECT_EQ(run.out,
+            "/home/p/Haus_A_VM.qv3\n"
+            "  module code      VM\n"
+            "  module instance  Haus_A\n"
+            "  module file      yes\n");
+}
+
+TEST(QvNameToolTest, FailuresAreReportedAndTheRestStillRead) {
+  const ToolRun run =
+      RunQv("name 'C:\\P\\Haus.qv3' 'Müller_Haus_EZ.qv3' Haus.qv3");
+  EXPECT_EQ(run.status, 1);
+  EXPECT_EQ(run.err,
+            "Kein Modul in Filename C:\\P\\Haus.qv3 gefunden\n"
+            "Kein Modul in Filename Haus.qv3 gefunden\n");
+  EXPECT_EQ(run.out,
+            "C:\\P\\Haus.qv3\n"
+            "Müller_Haus_EZ.qv3\n"
+            "  module code      EZ\n"
+            "  module instance  Müller_Haus\n"
+            "  module file      yes\n"
+            "Haus.qv3\n");
+}
+
+TEST(QvNameToolTest, ProjectFolders) {
+  qv::testing::TempDir tmp;
+  const std::string project = tmp.File("Haus.qv3");
+  std::filesystem::create_directory(project);
+  const ToolRun run = RunQv("name '" + project + "' /x/A.qv3/B.qv3/ /x/");
+  EXPECT_EQ(run.status, 0);
+  EXPECT_EQ(run.out, project +
+                         "\n"
+                         "  project folder   yes\n"
+                         "  project name     Haus\n"
+                         "/x/A.qv3/B.qv3/\n"
+                         "  project folder   no\n"
+                         "/x/\n"
+                         "  project folder   no\n");
+}
+
+}  // namespace
+}  // namespace qv
+
+#endif  // QVGLOBAL_QV_TOOL
