@@ -50,9 +50,10 @@ struct ColumnDef {
 };
 
 struct ForeignKeyDef {
-  std::string name;           // the relation's name (setChild names it after the child)
+  std::string name;  // the relation's name (setChild names it after the child)
   std::string related_table;  // the parent table
-  std::vector<std::pair<std::string, std::string>> columns;  // (column, related column)
+  std::vector<std::pair<std::string, std::string>>
+      columns;  // (column, related column)
   int32_t update_rule = kAdRiCascade;
   int32_t delete_rule = kAdRiCascade;
 

@@ -74,12 +74,14 @@ ConnectionSettings ParseConnectionString(std::string_view s,
   while (pos < s.size()) {
     const size_t eq = s.find('=', pos);
     const size_t semi = s.find(';', pos);
-    if (eq == std::string_view::npos || (semi != std::string_view::npos && semi < eq)) {
+    if (eq == std::string_view::npos ||
+        (semi != std::string_view::npos && semi < eq)) {
       if (semi == std::string_view::npos) break;
       pos = semi + 1;  // a piece without "=" is ignored
       continue;
     }
-    const std::string key = text::ToLowerAscii(TrimBlanks(s.substr(pos, eq - pos)));
+    const std::string key =
+        text::ToLowerAscii(TrimBlanks(s.substr(pos, eq - pos)));
     pos = eq + 1;
     std::string value = ReadValue(s, pos);
     if (pos < s.size()) ++pos;  // skip ";"

@@ -33,36 +33,42 @@ Error TableNotFound(std::string_view table) {
 }
 
 Error ColumnNotFound(std::string_view column, std::string_view table) {
-  return CatalogError("column not found: '" + std::string(column) + "' in table '" +
-                      std::string(table) + "'");
+  return CatalogError("column not found: '" + std::string(column) +
+                      "' in table '" + std::string(table) + "'");
 }
 
 bool HasColumn(const std::vector<ColumnDef>& columns, std::string_view name) {
-  return std::any_of(columns.begin(), columns.end(),
-                     [&](const ColumnDef& c) { return text::EqualsText(c.name, name); });
+  return std::any_of(columns.begin(), columns.end(), [&](const ColumnDef& c) {
+    return text::EqualsText(c.name, name);
+  });
 }
 
 void ValidateColumn(std::string_view table, const ColumnDef& c) {
   if (c.name.empty()) {
-    throw CatalogError("column name is empty in table '" + std::string(table) + "'");
+    throw CatalogError("column name is empty in table '" + std::string(table) +
+                       "'");
   }
   if (c.type == kAdVarWChar && c.size < 1) {
-    throw CatalogError("invalid size " + std::to_string(c.size) + " for column '" + c.name +
-                       "' of table '" + std::string(table) + "'");
+    throw CatalogError("invalid size " + std::to_string(c.size) +
+                       " for column '" + c.name + "' of table '" +
+                       std::string(table) + "'");
   }
   ColumnDeclaration(table, c);  // raises for an unknown type
 }
 
 // The stored name and CREATE statement of a table.
-std::pair<std::string, std::string> TableDefinition(DbConnection& con, std::string_view table) {
+std::pair<std::string, std::string> TableDefinition(DbConnection& con,
+                                                    std::string_view table) {
   const auto rows = con.Query(
-      "SELECT name, sql FROM sqlite_master WHERE type = 'table' AND name = ?1 COLLATE NOCASE",
+      "SELECT name, sql FROM sqlite_master WHERE type = 'table' AND name = ?1 "
+      "COLLATE NOCASE",
       {Variant(table)});
   if (rows.empty()) throw TableNotFound(table);
   return {rows[0][0].ToString(), rows[0][1].ToString()};
 }
 
-bool SameColumns(const ForeignKeyDef& fk, const std::vector<std::string>& columns) {
+bool SameColumns(const ForeignKeyDef& fk,
+                 const std::vector<std::string>& columns) {
   if (fk.columns.size() != columns.size()) return false;
   for (size_t i = 0; i < columns.size(); ++i) {
     if (!text::EqualsText(fk.columns[i].first, columns[i])) return false;
@@ -77,16 +83,18 @@ std::vector<ForeignKeyDef> NameAndOrder(std::vector<ForeignKeyDef> keys,
   std::vector<ForeignKeyDef> ordered;
   for (const auto& item : parsed.items) {
     if (!item.foreign_key) continue;
-    auto it = std::find_if(keys.begin(), keys.end(), [&](const ForeignKeyDef& fk) {
-      return text::EqualsText(fk.related_table, item.related_table) &&
-             SameColumns(fk, item.columns);
-    });
+    auto it =
+        std::find_if(keys.begin(), keys.end(), [&](const ForeignKeyDef& fk) {
+          return text::EqualsText(fk.related_table, item.related_table) &&
+                 SameColumns(fk, item.columns);
+        });
     if (it == keys.end()) continue;
     it->name = item.constraint_name;
     ordered.push_back(std::move(*it));
     keys.erase(it);
   }
-  for (auto& fk : keys) ordered.push_back(std::move(fk));  // declared with their columns
+  for (auto& fk : keys)
+    ordered.push_back(std::move(fk));  // declared with their columns
   return ordered;
 }
 
@@ -97,9 +105,10 @@ DbCatalog::DbCatalog(DbConnection& con) : con_(con) {}
 std::vector<std::string> DbCatalog::Tables() const {
   return Run("DbCatalog.Tables", [&] {
     std::vector<std::string> names;
-    for (const auto& row : con_.Query(
-             "SELECT name FROM sqlite_master WHERE type = 'table' AND "
-             "name NOT LIKE 'sqlite\\_%' ESCAPE '\\' ORDER BY name COLLATE NOCASE")) {
+    for (const auto& row :
+         con_.Query("SELECT name FROM sqlite_master WHERE type = 'table' AND "
+                    "name NOT LIKE 'sqlite\\_%' ESCAPE '\\' ORDER BY name "
+                    "COLLATE NOCASE")) {
       names.push_back(row[0].ToString());
     }
     return names;
@@ -109,7 +118,8 @@ std::vector<std::string> DbCatalog::Tables() const {
 bool DbCatalog::HasTable(std::string_view name) const {
   return Run("DbCatalog.HasTable", [&] {
     return !con_.Query(
-                    "SELECT 1 FROM sqlite_master WHERE type = 'table' AND name = ?1 "
+                    "SELECT 1 FROM sqlite_master WHERE type = 'table' AND name "
+                    "= ?1 "
                     "COLLATE NOCASE",
                     {Variant(name)})
                 .empty();
@@ -119,9 +129,11 @@ bool DbCatalog::HasTable(std::string_view name) const {
 std::vector<ColumnDef> DbCatalog::Columns(std::string_view table) const {
   return Run("DbCatalog.Columns", [&] {
     std::vector<ColumnDef> columns;
-    for (const auto& row : con_.Query(
-             "SELECT name, type FROM pragma_table_info(?1) ORDER BY cid", {Variant(table)})) {
-      columns.push_back(ColumnFromDeclaredType(row[0].ToString(), row[1].ToString()));
+    for (const auto& row :
+         con_.Query("SELECT name, type FROM pragma_table_info(?1) ORDER BY cid",
+                    {Variant(table)})) {
+      columns.push_back(
+          ColumnFromDeclaredType(row[0].ToString(), row[1].ToString()));
     }
     if (columns.empty()) throw TableNotFound(table);
     return columns;
@@ -141,7 +153,8 @@ std::vector<std::string> DbCatalog::PrimaryKey(std::string_view table) const {
   });
 }
 
-std::vector<ForeignKeyDef> DbCatalog::ForeignKeys(std::string_view table) const {
+std::vector<ForeignKeyDef> DbCatalog::ForeignKeys(
+    std::string_view table) const {
   return Run("DbCatalog.ForeignKeys", [&] {
     const auto [name, sql] = TableDefinition(con_, table);
     std::map<int32_t, ForeignKeyDef> by_id;
@@ -160,7 +173,8 @@ std::vector<ForeignKeyDef> DbCatalog::ForeignKeys(std::string_view table) const 
       fk.delete_rule = RuleFromText(row[5].ToString());
     }
     std::vector<ForeignKeyDef> keys;
-    for (auto it = by_id.rbegin(); it != by_id.rend(); ++it) keys.push_back(it->second);
+    for (auto it = by_id.rbegin(); it != by_id.rend(); ++it)
+      keys.push_back(it->second);
     return NameAndOrder(std::move(keys), ParseCreateTable(sql, name));
   });
 }
@@ -170,13 +184,15 @@ std::vector<std::pair<std::string, ForeignKeyDef>> DbCatalog::ReferencingKeys(
   std::vector<std::pair<std::string, ForeignKeyDef>> found;
   for (const std::string& other : Tables()) {
     for (ForeignKeyDef& fk : ForeignKeys(other)) {
-      if (text::EqualsText(fk.related_table, table)) found.emplace_back(other, std::move(fk));
+      if (text::EqualsText(fk.related_table, table))
+        found.emplace_back(other, std::move(fk));
     }
   }
   return found;
 }
 
-void DbCatalog::CreateTable(std::string_view table, const std::vector<ColumnDef>& columns,
+void DbCatalog::CreateTable(std::string_view table,
+                            const std::vector<ColumnDef>& columns,
                             const std::vector<std::string>& primary_key) {
   Run("DbCatalog.CreateTable", [&] {
     if (table.empty()) throw CatalogError("table name is empty");
@@ -189,10 +205,11 @@ void DbCatalog::CreateTable(std::string_view table, const std::vector<ColumnDef>
     std::string sql = "CREATE TABLE " + QuoteIdentifier(table) + " (";
     for (size_t i = 0; i < columns.size(); ++i) {
       ValidateColumn(table, columns[i]);
-      if (HasColumn({columns.begin(), columns.begin() + static_cast<ptrdiff_t>(i)},
-                    columns[i].name)) {
-        throw CatalogError("duplicate column '" + columns[i].name + "' in table '" +
-                           std::string(table) + "'");
+      if (HasColumn(
+              {columns.begin(), columns.begin() + static_cast<ptrdiff_t>(i)},
+              columns[i].name)) {
+        throw CatalogError("duplicate column '" + columns[i].name +
+                           "' in table '" + std::string(table) + "'");
       }
       sql += (i > 0 ? ", " : "") + ColumnDeclaration(table, columns[i]);
     }
@@ -214,8 +231,8 @@ void DbCatalog::AddColumn(std::string_view table, const ColumnDef& column) {
     const auto [name, sql] = TableDefinition(con_, table);
     ValidateColumn(name, column);
     if (HasColumn(Columns(name), column.name)) {
-      throw CatalogError("column already exists: '" + column.name + "' in table '" + name +
-                         "'");
+      throw CatalogError("column already exists: '" + column.name +
+                         "' in table '" + name + "'");
     }
     con_.Execute("ALTER TABLE " + QuoteIdentifier(name) + " ADD COLUMN " +
                  ColumnDeclaration(name, column));
@@ -227,7 +244,8 @@ void DbCatalog::AddForeignKey(std::string_view table, const ForeignKeyDef& fk) {
     const auto [name, sql] = TableDefinition(con_, table);
     if (fk.name.empty()) throw CatalogError("foreign key name is empty");
     if (fk.columns.empty()) {
-      throw CatalogError("foreign key '" + fk.name + "' of table '" + name + "' has no columns");
+      throw CatalogError("foreign key '" + fk.name + "' of table '" + name +
+                         "' has no columns");
     }
     if (!IsValidRule(fk.update_rule) || !IsValidRule(fk.delete_rule)) {
       throw CatalogError("invalid rule for foreign key '" + fk.name + "'");
@@ -242,16 +260,18 @@ void DbCatalog::AddForeignKey(std::string_view table, const ForeignKeyDef& fk) {
     }
     const CreateTableText parsed = ParseCreateTable(sql, name);
     for (const auto& item : parsed.items) {
-      if (!item.constraint_name.empty() && text::EqualsText(item.constraint_name, fk.name)) {
-        throw CatalogError("foreign key already exists: '" + fk.name + "' in table '" + name +
-                           "'");
+      if (!item.constraint_name.empty() &&
+          text::EqualsText(item.constraint_name, fk.name)) {
+        throw CatalogError("foreign key already exists: '" + fk.name +
+                           "' in table '" + name + "'");
       }
     }
     RebuildTable(con_, name, AppendItem(sql, parsed, ForeignKeyClause(fk)));
   });
 }
 
-void DbCatalog::DropForeignKey(std::string_view table, std::string_view fk_name) {
+void DbCatalog::DropForeignKey(std::string_view table,
+                               std::string_view fk_name) {
   Run("DbCatalog.DropForeignKey", [&] {
     const auto [name, sql] = TableDefinition(con_, table);
     const CreateTableText parsed = ParseCreateTable(sql, name);
@@ -262,8 +282,8 @@ void DbCatalog::DropForeignKey(std::string_view table, std::string_view fk_name)
         return;
       }
     }
-    throw CatalogError("foreign key not found: '" + std::string(fk_name) + "' in table '" +
-                       name + "'");
+    throw CatalogError("foreign key not found: '" + std::string(fk_name) +
+                       "' in table '" + name + "'");
   });
 }
 

@@ -24,11 +24,13 @@ class DbCatalog {
  public:
   explicit DbCatalog(DbConnection& con);
 
-  std::vector<std::string> Tables() const;     // user tables; not sqlite_* system tables
+  std::vector<std::string> Tables()
+      const;  // user tables; not sqlite_* system tables
   bool HasTable(std::string_view name) const;  // case-insensitive like SQLite
   // Columns in table order; raises kCatalog "table not found: 't'".
   std::vector<ColumnDef> Columns(std::string_view table) const;
-  std::vector<std::string> PrimaryKey(std::string_view table) const;  // in key order
+  std::vector<std::string> PrimaryKey(
+      std::string_view table) const;  // in key order
   std::vector<ForeignKeyDef> ForeignKeys(std::string_view table) const;
   // Foreign keys of other tables whose related table is `table` (added).
   std::vector<std::pair<std::string, ForeignKeyDef>> ReferencingKeys(
@@ -37,7 +39,8 @@ class DbCatalog {
   // Creates a table; primary key over `primary_key` (column names, in
   // order). A numeric table's last key column has auto_increment (the
   // record set assigns max+1 when left empty on insert).
-  void CreateTable(std::string_view table, const std::vector<ColumnDef>& columns,
+  void CreateTable(std::string_view table,
+                   const std::vector<ColumnDef>& columns,
                    const std::vector<std::string>& primary_key);
   void AddColumn(std::string_view table, const ColumnDef& column);
   // Rebuild the table inside one transaction (data, other keys, checks,
@@ -52,8 +55,9 @@ class DbCatalog {
   // VACUUM INTO temp (removed first if stale), fsync, rename over the
   // original; failure leaves original intact and no temp file. `progress`
   // receives bytes written so far and the original file's size.
-  static void Compact(const std::string& path, const std::string& temp_path,
-                      std::function<void(uint64_t written, uint64_t total)> progress = nullptr);
+  static void Compact(
+      const std::string& path, const std::string& temp_path,
+      std::function<void(uint64_t written, uint64_t total)> progress = nullptr);
 
  private:
   DbConnection& con_;

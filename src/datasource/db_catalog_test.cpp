@@ -30,9 +30,11 @@ class DbCatalogTest : public ::testing::Test {
   }
   // A room hierarchy: gebaeude <- stock <- raum, keyed by their leading keys.
   void CreateHierarchy() {
-    catalog_.CreateTable("gebaeude", {{"Gebaeude", kAdVarWChar, 20}}, {"Gebaeude"});
-    catalog_.CreateTable("stock", {{"Gebaeude", kAdVarWChar, 20}, {"Stock", kAdVarWChar, 20}},
-                         {"Gebaeude", "Stock"});
+    catalog_.CreateTable("gebaeude", {{"Gebaeude", kAdVarWChar, 20}},
+                         {"Gebaeude"});
+    catalog_.CreateTable(
+        "stock", {{"Gebaeude", kAdVarWChar, 20}, {"Stock", kAdVarWChar, 20}},
+        {"Gebaeude", "Stock"});
     catalog_.CreateTable("raum",
                          {{"Gebaeude", kAdVarWChar, 20},
                           {"Stock", kAdVarWChar, 20},
@@ -40,9 +42,11 @@ class DbCatalogTest : public ::testing::Test {
                           {"Flaeche", kAdDouble}},
                          {"Gebaeude", "Stock", "Raum"});
     con_.Execute("INSERT INTO gebaeude VALUES ('G1'), ('G2')");
-    con_.Execute("INSERT INTO stock VALUES ('G1', 'EG'), ('G1', 'OG'), ('G2', 'EG')");
     con_.Execute(
-        "INSERT INTO raum VALUES ('G1', 'EG', 'R1', 10.5), ('G1', 'OG', 'R2', 20), "
+        "INSERT INTO stock VALUES ('G1', 'EG'), ('G1', 'OG'), ('G2', 'EG')");
+    con_.Execute(
+        "INSERT INTO raum VALUES ('G1', 'EG', 'R1', 10.5), ('G1', 'OG', 'R2', "
+        "20), "
         "('G2', 'EG', 'R3', 30)");
   }
   static ForeignKeyDef Relation(std::string name, std::string parent,
@@ -52,10 +56,12 @@ class DbCatalogTest : public ::testing::Test {
     return fk;
   }
   Rows All(const std::string& table) {
-    return con_.Query("SELECT * FROM " + QuoteIdentifier(table) + " ORDER BY rowid");
+    return con_.Query("SELECT * FROM " + QuoteIdentifier(table) +
+                      " ORDER BY rowid");
   }
   Variant SchemaOf(const std::string& table) {
-    return con_.QueryValue("SELECT sql FROM sqlite_master WHERE name = ?", {table});
+    return con_.QueryValue("SELECT sql FROM sqlite_master WHERE name = ?",
+                           {table});
   }
 
   qv::testing::TempDir dir_;
@@ -68,21 +74,28 @@ TEST_F(DbCatalogTest, NamesWithQuotesAndSqlAreData) {
   const std::string table = "a\"b";
   const std::string column = "x'; DROP TABLE y; --";
   catalog_.CreateTable("y", {{"k", kAdInteger}}, {"k"});
-  catalog_.CreateTable(table, {{column, kAdVarWChar, 30}, {"c\"d", kAdInteger}}, {column});
-  con_.Execute("INSERT INTO " + QuoteIdentifier(table) + " VALUES (?, ?)", {column, 1});
-  EXPECT_EQ(catalog_.Tables(), (std::vector<std::string>{table, "qvversions", "y"}));
+  catalog_.CreateTable(table, {{column, kAdVarWChar, 30}, {"c\"d", kAdInteger}},
+                       {column});
+  con_.Execute("INSERT INTO " + QuoteIdentifier(table) + " VALUES (?, ?)",
+               {column, 1});
+  EXPECT_EQ(catalog_.Tables(),
+            (std::vector<std::string>{table, "qvversions", "y"}));
   EXPECT_TRUE(catalog_.HasTable("A\"B"));
   EXPECT_FALSE(catalog_.HasTable("a"));
   EXPECT_EQ(catalog_.Columns(table),
-            (std::vector<ColumnDef>{{column, kAdVarWChar, 30}, {"c\"d", kAdInteger}}));
+            (std::vector<ColumnDef>{{column, kAdVarWChar, 30},
+                                    {"c\"d", kAdInteger}}));
   EXPECT_EQ(All(table), (Rows{{column, 1}}));
 
   catalog_.AddColumn(table, {"e'f", kAdLongVarWChar});
   con_.Execute("INSERT INTO y VALUES (1)");
-  catalog_.AddForeignKey(table, {"k\"'", "y", {{"c\"d", "k"}}, kAdRiNone, kAdRiNone});
-  EXPECT_TRUE(RaisesError([&] { catalog_.AddForeignKey(table, {"K\"'", "y", {{"c\"d", "k"}}}); },
-                          dberr::kCatalog,
-                          "foreign key already exists: 'K\"'' in table 'a\"b'"));
+  catalog_.AddForeignKey(table,
+                         {"k\"'", "y", {{"c\"d", "k"}}, kAdRiNone, kAdRiNone});
+  EXPECT_TRUE(RaisesError(
+      [&] {
+        catalog_.AddForeignKey(table, {"K\"'", "y", {{"c\"d", "k"}}});
+      },
+      dberr::kCatalog, "foreign key already exists: 'K\"'' in table 'a\"b'"));
   EXPECT_EQ(catalog_.ForeignKeys(table).at(0).name, "k\"'");
   catalog_.DropForeignKey(table, "k\"'");
   EXPECT_TRUE(catalog_.ForeignKeys(table).empty());
@@ -90,37 +103,53 @@ TEST_F(DbCatalogTest, NamesWithQuotesAndSqlAreData) {
 }
 
 TEST_F(DbCatalogTest, EnforcesTextLengthAndSmallIntRange) {
-  catalog_.CreateTable("raum", {{"Raum", kAdVarWChar, 5}, {"Anzahl", kAdSmallInt}}, {"Raum"});
+  catalog_.CreateTable(
+      "raum", {{"Raum", kAdVarWChar, 5}, {"Anzahl", kAdSmallInt}}, {"Raum"});
   const std::string insert = "INSERT INTO raum VALUES (?, ?)";
-  con_.Execute(insert, {"äöüßé", int16_t{-32768}});  // five characters, not bytes
+  con_.Execute(insert,
+               {"äöüßé", int16_t{-32768}});  // five characters, not bytes
   con_.Execute(insert, {"b", 32767});
-  EXPECT_TRUE(RaisesError([&] { con_.Execute(insert, {"abcdef", 1}); }, dberr::kConstraint,
-                          "text too long for column 'Raum' of table 'raum': at most 5 characters",
-                          "DbConnection.Execute"));
-  EXPECT_TRUE(RaisesError([&] { con_.Execute(insert, {"c", 32768}); }, dberr::kConstraint,
-                          "value out of range for column 'Anzahl' of table 'raum': "
-                          "-32768 to 32767"));
   EXPECT_TRUE(RaisesError(
-      [&] { con_.Execute("UPDATE raum SET Anzahl = Anzahl - 1 WHERE Raum = 'äöüßé'"); },
+      [&] {
+        con_.Execute(insert, {"abcdef", 1});
+      },
       dberr::kConstraint,
-      "value out of range for column 'Anzahl' of table 'raum': -32768 to 32767"));
+      "text too long for column 'Raum' of table 'raum': at most 5 characters",
+      "DbConnection.Execute"));
+  EXPECT_TRUE(RaisesError(
+      [&] {
+        con_.Execute(insert, {"c", 32768});
+      },
+      dberr::kConstraint,
+      "value out of range for column 'Anzahl' of table 'raum': "
+      "-32768 to 32767"));
+  EXPECT_TRUE(RaisesError(
+      [&] {
+        con_.Execute(
+            "UPDATE raum SET Anzahl = Anzahl - 1 WHERE Raum = 'äöüßé'");
+      },
+      dberr::kConstraint,
+      "value out of range for column 'Anzahl' of table 'raum': -32768 to "
+      "32767"));
   catalog_.AddColumn("raum", {"Name", kAdVarWChar, 2});
-  EXPECT_TRUE(RaisesError([&] { con_.Execute("UPDATE raum SET Name = 'xyz'"); },
-                          dberr::kConstraint,
-                          "text too long for column 'Name' of table 'raum': at most 2 characters"));
+  EXPECT_TRUE(RaisesError(
+      [&] { con_.Execute("UPDATE raum SET Name = 'xyz'"); }, dberr::kConstraint,
+      "text too long for column 'Name' of table 'raum': at most 2 characters"));
   EXPECT_EQ(con_.QueryValue("SELECT count(*) FROM raum"), Variant(2));
 }
 
 TEST_F(DbCatalogTest, ReadsColumnTypesAndKeyOrder) {
   const std::vector<ColumnDef> columns = {
-      {"Text", kAdVarWChar, 50},  {"Memo", kAdLongVarWChar},  {"Ja", kAdBoolean},
-      {"Datum", kAdDate},         {"Klein", kAdSmallInt},     {"Nr", kAdInteger, 0, true},
-      {"Einfach", kAdSingle},     {"Doppelt", kAdDouble},     {"Daten", kAdLongVarBinary},
-      {"Zahl", kAdInteger}};
+      {"Text", kAdVarWChar, 50},   {"Memo", kAdLongVarWChar},
+      {"Ja", kAdBoolean},          {"Datum", kAdDate},
+      {"Klein", kAdSmallInt},      {"Nr", kAdInteger, 0, true},
+      {"Einfach", kAdSingle},      {"Doppelt", kAdDouble},
+      {"Daten", kAdLongVarBinary}, {"Zahl", kAdInteger}};
   catalog_.CreateTable("alle", columns, {"Zahl", "Text", "Nr"});
   Reopen();
   EXPECT_EQ(catalog_.Columns("ALLE"), columns);
-  EXPECT_EQ(catalog_.PrimaryKey("alle"), (std::vector<std::string>{"Zahl", "Text", "Nr"}));
+  EXPECT_EQ(catalog_.PrimaryKey("alle"),
+            (std::vector<std::string>{"Zahl", "Text", "Nr"}));
   EXPECT_TRUE(RaisesError([&] { catalog_.Columns("nope"); }, dberr::kCatalog,
                           "table not found: 'nope'", "DbCatalog.Columns"));
   EXPECT_TRUE(RaisesError([&] { catalog_.PrimaryKey("nope"); }, dberr::kCatalog,
@@ -129,23 +158,37 @@ TEST_F(DbCatalogTest, ReadsColumnTypesAndKeyOrder) {
 
 TEST_F(DbCatalogTest, RejectsInvalidDefinitions) {
   const char* kSource = "DbCatalog.CreateTable";
-  EXPECT_TRUE(RaisesError([&] { catalog_.CreateTable("qvVersions", {{"a"}}, {}); },
-                          dberr::kCatalog, "table already exists: 'qvVersions'", kSource));
-  EXPECT_TRUE(RaisesError([&] { catalog_.CreateTable("t", {{"a", 99}}, {}); }, dberr::kCatalog,
-                          "unknown column type 99 for column 'a' of table 't'", kSource));
-  EXPECT_TRUE(RaisesError([&] { catalog_.CreateTable("t", {{"a", kAdVarWChar}}, {}); },
-                          dberr::kCatalog, "invalid size 0 for column 'a' of table 't'"));
-  EXPECT_TRUE(RaisesError([&] { catalog_.CreateTable("t", {{"a"}, {"A"}}, {}); },
-                          dberr::kCatalog, "duplicate column 'A' in table 't'"));
-  EXPECT_TRUE(RaisesError([&] { catalog_.CreateTable("t", {{"a"}}, {"b"}); }, dberr::kCatalog,
-                          "column not found: 'b' in table 't'"));
-  EXPECT_TRUE(RaisesError([&] { catalog_.CreateTable("t", {}, {}); }, dberr::kCatalog,
-                          "table 't' has no columns"));
-  EXPECT_FALSE(catalog_.HasTable("t"));
-  EXPECT_TRUE(RaisesError([&] { catalog_.AddColumn("qvversions", {"NAME", kAdInteger}); },
+  EXPECT_TRUE(RaisesError(
+      [&] { catalog_.CreateTable("qvVersions", {{"a"}}, {}); }, dberr::kCatalog,
+      "table already exists: 'qvVersions'", kSource));
+  EXPECT_TRUE(RaisesError(
+      [&] {
+        catalog_.CreateTable("t", {{"a", 99}}, {});
+      },
+      dberr::kCatalog, "unknown column type 99 for column 'a' of table 't'",
+      kSource));
+  EXPECT_TRUE(RaisesError(
+      [&] {
+        catalog_.CreateTable("t", {{"a", kAdVarWChar}}, {});
+      },
+      dberr::kCatalog, "invalid size 0 for column 'a' of table 't'"));
+  EXPECT_TRUE(RaisesError(
+      [&] {
+        catalog_.CreateTable("t", {{"a"}, {"A"}}, {});
+      },
+      dberr::kCatalog, "duplicate column 'A' in table 't'"));
+  EXPECT_TRUE(RaisesError([&] { catalog_.CreateTable("t", {{"a"}}, {"b"}); },
                           dberr::kCatalog,
-                          "column already exists: 'NAME' in table 'qvversions'",
-                          "DbCatalog.AddColumn"));
+                          "column not found: 'b' in table 't'"));
+  EXPECT_TRUE(RaisesError([&] { catalog_.CreateTable("t", {}, {}); },
+                          dberr::kCatalog, "table 't' has no columns"));
+  EXPECT_FALSE(catalog_.HasTable("t"));
+  EXPECT_TRUE(RaisesError(
+      [&] {
+        catalog_.AddColumn("qvversions", {"NAME", kAdInteger});
+      },
+      dberr::kCatalog, "column already exists: 'NAME' in table 'qvversions'",
+      "DbCatalog.AddColumn"));
   EXPECT_TRUE(RaisesError([&] { catalog_.DropTable("nope"); }, dberr::kCatalog,
                           "table not found: 'nope'", "DbCatalog.DropTable"));
 }
@@ -156,13 +199,18 @@ TEST_F(DbCatalogTest, ForeignKeysSurviveReopenWithNamesAndRules) {
   ForeignKeyDef to_stock = Relation("raum", "stock", {"Gebaeude", "Stock"});
   to_stock.update_rule = kAdRiNone;
   catalog_.AddForeignKey("raum", to_stock);
-  ForeignKeyDef to_building{"raum_gebaeude", "gebaeude", {{"Gebaeude", "Gebaeude"}},
-                            kAdRiSetNull, kAdRiCascade};
+  ForeignKeyDef to_building{"raum_gebaeude",
+                            "gebaeude",
+                            {{"Gebaeude", "Gebaeude"}},
+                            kAdRiSetNull,
+                            kAdRiCascade};
   catalog_.AddForeignKey("raum", to_building);
   Reopen();
-  EXPECT_EQ(catalog_.ForeignKeys("RAUM"), (std::vector<ForeignKeyDef>{to_stock, to_building}));
+  EXPECT_EQ(catalog_.ForeignKeys("RAUM"),
+            (std::vector<ForeignKeyDef>{to_stock, to_building}));
   EXPECT_EQ(catalog_.ForeignKeys("stock"),
-            (std::vector<ForeignKeyDef>{Relation("stock", "gebaeude", {"Gebaeude"})}));
+            (std::vector<ForeignKeyDef>{
+                Relation("stock", "gebaeude", {"Gebaeude"})}));
   EXPECT_TRUE(catalog_.ForeignKeys("gebaeude").empty());
   const auto referencing = catalog_.ReferencingKeys("Gebaeude");
   ASSERT_EQ(referencing.size(), 2u);
@@ -173,7 +221,8 @@ TEST_F(DbCatalogTest, ForeignKeysSurviveReopenWithNamesAndRules) {
 TEST_F(DbCatalogTest, AddingAndDroppingKeysKeepsRowsIndexesAndOtherKeys) {
   CreateHierarchy();
   con_.Execute("CREATE INDEX flaeche ON raum (Flaeche)");
-  catalog_.AddForeignKey("raum", Relation("raum", "stock", {"Gebaeude", "Stock"}));
+  catalog_.AddForeignKey("raum",
+                         Relation("raum", "stock", {"Gebaeude", "Stock"}));
   const Rows rooms = All("raum");
   // stock is the parent of raum: rebuilding it must not touch the rooms.
   catalog_.AddForeignKey("stock", Relation("stock", "gebaeude", {"Gebaeude"}));
@@ -183,15 +232,20 @@ TEST_F(DbCatalogTest, AddingAndDroppingKeysKeepsRowsIndexesAndOtherKeys) {
 
   catalog_.DropForeignKey("RAUM", "RAUM");
   EXPECT_EQ(catalog_.ForeignKeys("raum"),
-            (std::vector<ForeignKeyDef>{Relation("raum_g", "gebaeude", {"Gebaeude"})}));
+            (std::vector<ForeignKeyDef>{
+                Relation("raum_g", "gebaeude", {"Gebaeude"})}));
   EXPECT_EQ(All("raum"), rooms);
-  EXPECT_EQ(catalog_.PrimaryKey("raum"), (std::vector<std::string>{"Gebaeude", "Stock", "Raum"}));
-  EXPECT_EQ(con_.QueryValue("SELECT count(*) FROM sqlite_master WHERE name = 'flaeche'"),
+  EXPECT_EQ(catalog_.PrimaryKey("raum"),
+            (std::vector<std::string>{"Gebaeude", "Stock", "Raum"}));
+  EXPECT_EQ(con_.QueryValue(
+                "SELECT count(*) FROM sqlite_master WHERE name = 'flaeche'"),
             Variant(1));
   EXPECT_EQ(con_.QueryValue("PRAGMA foreign_keys"), Variant(1));
   EXPECT_TRUE(catalog_.HasTable("raum"));
-  EXPECT_EQ(catalog_.Tables().size(), 4u);  // no table of the rebuild left behind
-  EXPECT_TRUE(RaisesError([&] { catalog_.DropForeignKey("raum", "raum"); }, dberr::kCatalog,
+  EXPECT_EQ(catalog_.Tables().size(),
+            4u);  // no table of the rebuild left behind
+  EXPECT_TRUE(RaisesError([&] { catalog_.DropForeignKey("raum", "raum"); },
+                          dberr::kCatalog,
                           "foreign key not found: 'raum' in table 'raum'",
                           "DbCatalog.DropForeignKey"));
 }
@@ -199,7 +253,8 @@ TEST_F(DbCatalogTest, AddingAndDroppingKeysKeepsRowsIndexesAndOtherKeys) {
 TEST_F(DbCatalogTest, CascadesDeletesAndUpdatesThroughKeys) {
   CreateHierarchy();
   catalog_.AddForeignKey("stock", Relation("stock", "gebaeude", {"Gebaeude"}));
-  catalog_.AddForeignKey("raum", Relation("raum", "stock", {"Gebaeude", "Stock"}));
+  catalog_.AddForeignKey("raum",
+                         Relation("raum", "stock", {"Gebaeude", "Stock"}));
   con_.Execute("UPDATE gebaeude SET Gebaeude = 'H1' WHERE Gebaeude = 'G1'");
   EXPECT_EQ(con_.Query("SELECT Gebaeude, Raum FROM raum ORDER BY Raum"),
             (Rows{{"H1", "R1"}, {"H1", "R2"}, {"G2", "R3"}}));
@@ -207,18 +262,25 @@ TEST_F(DbCatalogTest, CascadesDeletesAndUpdatesThroughKeys) {
   EXPECT_EQ(con_.Query("SELECT Raum FROM raum"), (Rows{{"R3"}}));
   EXPECT_EQ(con_.Query("SELECT Stock FROM stock"), (Rows{{"EG"}}));
   EXPECT_TRUE(RaisesError(
-      [&] { con_.Execute("INSERT INTO raum VALUES ('G9', 'EG', 'R9', 1)"); }, dberr::kConstraint,
-      "a relation between tables does not allow this change (FOREIGN KEY constraint failed)"));
+      [&] { con_.Execute("INSERT INTO raum VALUES ('G9', 'EG', 'R9', 1)"); },
+      dberr::kConstraint,
+      "a relation between tables does not allow this change (FOREIGN KEY "
+      "constraint failed)"));
 }
 
 TEST_F(DbCatalogTest, FailedForeignKeyLeavesTheTableAsItWas) {
   CreateHierarchy();
-  con_.Execute("INSERT INTO raum VALUES ('G7', 'EG', 'R7', 1), ('G7', 'OG', 'R8', 2)");
+  con_.Execute(
+      "INSERT INTO raum VALUES ('G7', 'EG', 'R7', 1), ('G7', 'OG', 'R8', 2)");
   const Variant schema = SchemaOf("raum");
   const Rows rooms = All("raum");
   EXPECT_TRUE(RaisesError(
-      [&] { catalog_.AddForeignKey("raum", Relation("raum", "stock", {"Gebaeude", "Stock"})); },
-      dberr::kConstraint, "table 'raum' has 2 record(s) without a matching record in 'stock'",
+      [&] {
+        catalog_.AddForeignKey(
+            "raum", Relation("raum", "stock", {"Gebaeude", "Stock"}));
+      },
+      dberr::kConstraint,
+      "table 'raum' has 2 record(s) without a matching record in 'stock'",
       "DbCatalog.AddForeignKey"));
   EXPECT_EQ(SchemaOf("raum"), schema);
   EXPECT_EQ(All("raum"), rooms);
@@ -227,11 +289,16 @@ TEST_F(DbCatalogTest, FailedForeignKeyLeavesTheTableAsItWas) {
   EXPECT_EQ(con_.TransactionDepth(), 0);
 
   EXPECT_TRUE(RaisesError(
-      [&] { catalog_.AddForeignKey("raum", Relation("raum", "stock", {"Etage"})); },
+      [&] {
+        catalog_.AddForeignKey("raum", Relation("raum", "stock", {"Etage"}));
+      },
       dberr::kCatalog, "column not found: 'Etage' in table 'raum'"));
   DbConnection::Transaction open(con_);
   EXPECT_TRUE(RaisesError(
-      [&] { catalog_.AddForeignKey("stock", Relation("stock", "gebaeude", {"Gebaeude"})); },
+      [&] {
+        catalog_.AddForeignKey("stock",
+                               Relation("stock", "gebaeude", {"Gebaeude"}));
+      },
       dberr::kTransaction, "schema rebuild not possible inside a transaction"));
 }
 
@@ -239,9 +306,11 @@ TEST_F(DbCatalogTest, ReadsTablesWrittenByOtherTools) {
   con_.Execute("CREATE TABLE y (k INTEGER PRIMARY KEY)");
   con_.Execute("CREATE TABLE z (k TEXT PRIMARY KEY)");
   con_.Execute(
-      "CREATE TABLE [h] (a INTEGER REFERENCES y, /* CONSTRAINT \"no\" FOREIGN KEY (a) */\n"
+      "CREATE TABLE [h] (a INTEGER REFERENCES y, /* CONSTRAINT \"no\" FOREIGN "
+      "KEY (a) */\n"
       " b VARCHAR(10), c TEXT, d REAL, e, -- CONSTRAINT x FOREIGN KEY (c)\n"
-      " CONSTRAINT `by name` FOREIGN KEY (b) REFERENCES z(k) ON DELETE SET NULL)");
+      " CONSTRAINT `by name` FOREIGN KEY (b) REFERENCES z(k) ON DELETE SET "
+      "NULL)");
   con_.Execute("INSERT INTO y VALUES (1)");
   con_.Execute("INSERT INTO h VALUES (1, NULL, 'x', 1.5, x'00')");
   EXPECT_EQ(catalog_.Columns("h"),
@@ -250,24 +319,29 @@ TEST_F(DbCatalogTest, ReadsTablesWrittenByOtherTools) {
                                     {"c", kAdLongVarWChar},
                                     {"d", kAdDouble},
                                     {"e", kAdLongVarBinary}}));
-  const ForeignKeyDef by_name{"by name", "z", {{"b", "k"}}, kAdRiNone, kAdRiSetNull};
+  const ForeignKeyDef by_name{
+      "by name", "z", {{"b", "k"}}, kAdRiNone, kAdRiSetNull};
   const ForeignKeyDef inline_key{"", "y", {{"a", "k"}}, kAdRiNone, kAdRiNone};
-  EXPECT_EQ(catalog_.ForeignKeys("h"), (std::vector<ForeignKeyDef>{by_name, inline_key}));
+  EXPECT_EQ(catalog_.ForeignKeys("h"),
+            (std::vector<ForeignKeyDef>{by_name, inline_key}));
   catalog_.DropForeignKey("h", "BY NAME");
-  EXPECT_EQ(catalog_.ForeignKeys("h"), (std::vector<ForeignKeyDef>{inline_key}));
+  EXPECT_EQ(catalog_.ForeignKeys("h"),
+            (std::vector<ForeignKeyDef>{inline_key}));
   EXPECT_EQ(con_.QueryValue("SELECT c FROM h"), Variant("x"));
 }
 
 TEST_F(DbCatalogTest, DropsTables) {
   CreateHierarchy();
   catalog_.DropTable("RAUM");
-  EXPECT_EQ(catalog_.Tables(), (std::vector<std::string>{"gebaeude", "qvversions", "stock"}));
+  EXPECT_EQ(catalog_.Tables(),
+            (std::vector<std::string>{"gebaeude", "qvversions", "stock"}));
 }
 
 class DbCompactTest : public DbCatalogTest {
  protected:
   void FillAndShrink() {
-    catalog_.CreateTable("t", {{"k", kAdInteger}, {"v", kAdLongVarWChar}}, {"k"});
+    catalog_.CreateTable("t", {{"k", kAdInteger}, {"v", kAdLongVarWChar}},
+                         {"k"});
     DbConnection::Transaction tx(con_);
     for (int i = 0; i < 400; ++i) {
       con_.Execute("INSERT INTO t VALUES (?, ?)", {i, std::string(1000, 'x')});
@@ -297,7 +371,8 @@ TEST_F(DbCompactTest, KeepsRecordsShrinksTheFileAndLeavesNoTempFile) {
   EXPECT_EQ(last_written, before);
   Reopen();
   EXPECT_EQ(con_.QueryValue("SELECT count(*) FROM t"), Variant(200));
-  EXPECT_EQ(catalog_.PrimaryKey("qvversions"), std::vector<std::string>{"Name"});
+  EXPECT_EQ(catalog_.PrimaryKey("qvversions"),
+            std::vector<std::string>{"Name"});
 }
 
 TEST_F(DbCompactTest, FailureLeavesTheOriginalAndNoTempFile) {
@@ -305,18 +380,22 @@ TEST_F(DbCompactTest, FailureLeavesTheOriginalAndNoTempFile) {
   const std::string temp = dir_.File("project.tmp");
   const uintmax_t before = std::filesystem::file_size(path_);
   struct Stop {};
-  EXPECT_THROW(DbCatalog::Compact(path_, temp, [](uint64_t, uint64_t) { throw Stop(); }), Stop);
+  EXPECT_THROW(
+      DbCatalog::Compact(path_, temp, [](uint64_t, uint64_t) { throw Stop(); }),
+      Stop);
   EXPECT_FALSE(std::filesystem::exists(temp));
   EXPECT_EQ(std::filesystem::file_size(path_), before);
 
   const std::string missing = dir_.File("none.qv3");
-  EXPECT_TRUE(RaisesError([&] { DbCatalog::Compact(missing, temp); }, dberr::kCompact,
-                          "compacting '" + missing + "' failed: database file not found",
-                          "DbCatalog.Compact"));
-  EXPECT_TRUE(RaisesError([&] { DbCatalog::Compact(path_, dir_.File("no/dir.tmp")); },
-                          dberr::kCompact,
-                          "compacting '" + path_ + "' failed: unable to open database: " +
-                              dir_.File("no/dir.tmp")));
+  EXPECT_TRUE(RaisesError(
+      [&] { DbCatalog::Compact(missing, temp); }, dberr::kCompact,
+      "compacting '" + missing + "' failed: database file not found",
+      "DbCatalog.Compact"));
+  EXPECT_TRUE(RaisesError(
+      [&] { DbCatalog::Compact(path_, dir_.File("no/dir.tmp")); },
+      dberr::kCompact,
+      "compacting '" + path_ +
+          "' failed: unable to open database: " + dir_.File("no/dir.tmp")));
   EXPECT_EQ(std::filesystem::file_size(path_), before);
   Reopen();
   EXPECT_EQ(con_.QueryValue("SELECT count(*) FROM t"), Variant(200));

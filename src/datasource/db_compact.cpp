@@ -65,8 +65,11 @@ void Sync(const std::string& path, int flags) {
 
 void WriteCompactCopy(const std::string& path, const std::string& temp,
                       ProgressState& state) {
-  SQLite::Database db(path, SQLite::OPEN_READWRITE, DbConnection::kBusyTimeoutMs);
-  if (*state.report) sqlite3_progress_handler(db.getHandle(), kProgressSteps, &OnProgress, &state);
+  SQLite::Database db(path, SQLite::OPEN_READWRITE,
+                      DbConnection::kBusyTimeoutMs);
+  if (*state.report)
+    sqlite3_progress_handler(db.getHandle(), kProgressSteps, &OnProgress,
+                             &state);
   SQLite::Statement vacuum(db, "VACUUM INTO ?1");
   vacuum.bind(1, temp);
   vacuum.exec();
@@ -86,8 +89,10 @@ void CompactDatabaseFile(const std::string& path, const std::string& temp_path,
   if (fs::exists(temp, ec) && fs::equivalent(temp, *found, ec)) {
     throw CompactError(path, "the temporary file is the database itself");
   }
-  if (fs::remove(temp, ec); ec) throw CompactError(path, "cannot remove '" + temp + "'");
-  ProgressState state{&temp, static_cast<uint64_t>(fs::file_size(*found, ec)), &progress, {}};
+  if (fs::remove(temp, ec); ec)
+    throw CompactError(path, "cannot remove '" + temp + "'");
+  ProgressState state{
+      &temp, static_cast<uint64_t>(fs::file_size(*found, ec)), &progress, {}};
   try {
     WriteCompactCopy(*found, temp, state);
     Sync(temp, O_RDWR);

@@ -15,8 +15,9 @@ namespace qv::ds {
 // <reason>"; an exception thrown by `progress` stops the work and passes
 // through unchanged. The file must not be open on another connection.
 // After success `progress` is called once more with (total, total).
-void CompactDatabaseFile(const std::string& path, const std::string& temp_path,
-                         std::function<void(uint64_t written, uint64_t total)> progress);
+void CompactDatabaseFile(
+    const std::string& path, const std::string& temp_path,
+    std::function<void(uint64_t written, uint64_t total)> progress);
 
 }  // namespace qv::ds
 

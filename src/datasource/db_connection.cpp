@@ -47,7 +47,9 @@ std::unique_ptr<SQLite::Database> OpenFile(const std::string& path) {
   }
 }
 
-std::string SavepointName(int level) { return "qv_sp_" + std::to_string(level); }
+std::string SavepointName(int level) {
+  return "qv_sp_" + std::to_string(level);
+}
 
 }  // namespace
 
@@ -55,12 +57,16 @@ DbConnection::DbConnection() = default;
 DbConnection::~DbConnection() { Close(); }
 
 void DbConnection::Open(const std::string& connection_string) {
-  if (db_) throw Error(dberr::kConnection, kOpenSource, "connection is already open");
-  const std::string cs = connection_string.empty() ? connection_string_ : connection_string;
+  if (db_)
+    throw Error(dberr::kConnection, kOpenSource, "connection is already open");
+  const std::string cs =
+      connection_string.empty() ? connection_string_ : connection_string;
   const ConnectionSettings settings = ParseConnectionString(cs, kOpenSource);
-  const std::optional<std::string> path = FindPathIgnoringCase(settings.data_source);
+  const std::optional<std::string> path =
+      FindPathIgnoringCase(settings.data_source);
   if (!path || !IsRegularFile(*path)) {
-    throw Error(dberr::kConnection, kOpenSource, FileNotFoundText(settings.data_source));
+    throw Error(dberr::kConnection, kOpenSource,
+                FileNotFoundText(settings.data_source));
   }
   db_ = OpenFile(*path);
   connection_string_ = cs;
@@ -78,7 +84,9 @@ void DbConnection::Close() {
 
 int32_t DbConnection::State() const { return db_ ? kStateOpen : kStateClosed; }
 
-const std::string& DbConnection::ConnectionString() const { return connection_string_; }
+const std::string& DbConnection::ConnectionString() const {
+  return connection_string_;
+}
 
 void DbConnection::SetConnectionString(const std::string& s) {
   if (db_) {
@@ -98,7 +106,8 @@ void DbConnection::CreateDatabase(const std::string& path) {
   }
   const std::string native = platform::FileSystem::ToNativePath(path);
   try {
-    SQLite::Database created(native, SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE);
+    SQLite::Database created(native,
+                             SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE);
     created.exec("PRAGMA journal_mode=DELETE");
   } catch (...) {
     RethrowAsDbError(kSource, path);
@@ -106,9 +115,9 @@ void DbConnection::CreateDatabase(const std::string& path) {
   try {
     DbConnection con;
     con.Open(MakeConnectionString(native));
-    DbCatalog(con).CreateTable("qvversions",
-                               {{"Name", kAdVarWChar, 255}, {"Version", kAdInteger}},
-                               {"Name"});
+    DbCatalog(con).CreateTable(
+        "qvversions", {{"Name", kAdVarWChar, 255}, {"Version", kAdInteger}},
+        {"Name"});
   } catch (...) {
     std::error_code ec;
     std::filesystem::remove(native, ec);
@@ -121,11 +130,13 @@ std::string DbConnection::MakeConnectionString(const std::string& path) {
 }
 
 SQLite::Database& DbConnection::db() {
-  if (!db_) throw Error(dberr::kNotOpen, "DbConnection", "connection is closed");
+  if (!db_)
+    throw Error(dberr::kNotOpen, "DbConnection", "connection is closed");
   return *db_;
 }
 
-void DbConnection::Execute(std::string_view sql, const std::vector<Variant>& params) {
+void DbConnection::Execute(std::string_view sql,
+                           const std::vector<Variant>& params) {
   SQLite::Database& database = db();
   try {
     SQLite::Statement statement(database, std::string(sql));
@@ -137,8 +148,8 @@ void DbConnection::Execute(std::string_view sql, const std::vector<Variant>& par
   }
 }
 
-std::vector<std::vector<Variant>> DbConnection::Query(std::string_view sql,
-                                                      const std::vector<Variant>& params) {
+std::vector<std::vector<Variant>> DbConnection::Query(
+    std::string_view sql, const std::vector<Variant>& params) {
   SQLite::Database& database = db();
   std::vector<std::vector<Variant>> rows;
   try {
@@ -158,7 +169,8 @@ std::vector<std::vector<Variant>> DbConnection::Query(std::string_view sql,
   return rows;
 }
 
-Variant DbConnection::QueryValue(std::string_view sql, const std::vector<Variant>& params) {
+Variant DbConnection::QueryValue(std::string_view sql,
+                                 const std::vector<Variant>& params) {
   std::vector<std::vector<Variant>> rows = Query(sql, params);
   if (rows.empty() || rows.front().empty()) return Variant();
   return std::move(rows.front().front());
@@ -180,7 +192,8 @@ DbConnection::Transaction::Transaction(DbConnection& con)
   // process waits for it (busy timeout) instead of failing later.
   savepoint_ = level_ > 0 || sqlite3_get_autocommit(database.getHandle()) == 0;
   try {
-    database.exec(savepoint_ ? "SAVEPOINT " + SavepointName(level_) : "BEGIN IMMEDIATE");
+    database.exec(savepoint_ ? "SAVEPOINT " + SavepointName(level_)
+                             : "BEGIN IMMEDIATE");
   } catch (...) {
     RethrowAsDbError("DbConnection.Transaction", con.path_);
   }
@@ -200,7 +213,8 @@ void DbConnection::Transaction::Rollback() { Finish(false); }
 
 void DbConnection::Transaction::Finish(bool commit) {
   constexpr const char* kSource = "DbConnection.Transaction";
-  if (done_) throw Error(dberr::kTransaction, kSource, "transaction already finished");
+  if (done_)
+    throw Error(dberr::kTransaction, kSource, "transaction already finished");
   if (!con_.db_) {  // the connection was closed, which rolled back
     done_ = true;
     return;
@@ -212,7 +226,8 @@ void DbConnection::Transaction::Finish(bool commit) {
   --con_.depth_;
   SQLite::Database& database = *con_.db_;
   const std::string sp = SavepointName(level_);
-  const std::string rollback = savepoint_ ? "ROLLBACK TO " + sp + "; RELEASE " + sp : "ROLLBACK";
+  const std::string rollback =
+      savepoint_ ? "ROLLBACK TO " + sp + "; RELEASE " + sp : "ROLLBACK";
   try {
     if (!commit) {
       database.exec(rollback);
@@ -221,7 +236,8 @@ void DbConnection::Transaction::Finish(bool commit) {
     database.exec(savepoint_ ? "RELEASE " + sp : "COMMIT");
   } catch (...) {
     // A failed commit leaves the transaction open: undo it, then report.
-    if (sqlite3_get_autocommit(database.getHandle()) == 0) database.tryExec(rollback);
+    if (sqlite3_get_autocommit(database.getHandle()) == 0)
+      database.tryExec(rollback);
     RethrowAsDbError(kSource, con_.path_);
   }
 }
@@ -234,9 +250,10 @@ ClassInfo DbConnection::BuildClassInfo() {
       .Get("State", &DbConnection::State)
       .Get("ConnectionString",
            [](DbConnection& self) { return self.ConnectionString(); })
-      .Let("ConnectionString", [](DbConnection& self, std::string s) {
-        self.SetConnectionString(s);
-      })
+      .Let("ConnectionString",
+           [](DbConnection& self, std::string s) {
+             self.SetConnectionString(s);
+           })
       .Method("Open", [](DbConnection& self, std::string s) { self.Open(s); },
               {Variant(std::string())})
       .Method("Close", &DbConnection::Close)
@@ -245,7 +262,8 @@ ClassInfo DbConnection::BuildClassInfo() {
                 std::vector<Variant> values;
                 if (params.IsArray()) {
                   const SafeArray& a = params.ToArray();
-                  for (int32_t i = a.LBound(); i <= a.UBound(); ++i) values.push_back(a[i]);
+                  for (int32_t i = a.LBound(); i <= a.UBound(); ++i)
+                    values.push_back(a[i]);
                 } else if (!params.IsEmpty()) {
                   values.push_back(params);
                 }

@@ -60,7 +60,8 @@ class DbConnection : public qv::Dispatchable<DbConnection> {
   // Boolean -> -1/0, Integer/Long -> integer, Single/Double -> real,
   // Date -> "YYYY-MM-DD hh:mm:ss", String -> text; objects and arrays raise
   // 13. One statement per call.
-  void Execute(std::string_view sql, const std::vector<qv::Variant>& params = {});
+  void Execute(std::string_view sql,
+               const std::vector<qv::Variant>& params = {});
   // Rows of a query. Values follow the column's declared type: BIT ->
   // Boolean, SMALLINT -> Integer, INTEGER -> Long (Double beyond 32 bits),
   // SINGLE -> Single, DOUBLE -> Double, DATETIME -> Date (text that is no
@@ -100,7 +101,8 @@ class DbConnection : public qv::Dispatchable<DbConnection> {
     bool done_ = false;
   };
 
-  static qv::ClassInfo BuildClassInfo();  // "State", "ConnectionString", "Open", "Close", "Execute"
+  static qv::ClassInfo
+  BuildClassInfo();  // "State", "ConnectionString", "Open", "Close", "Execute"
 
  private:
   std::string connection_string_;

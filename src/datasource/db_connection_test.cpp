@@ -38,20 +38,22 @@ TEST_F(DbConnectionTest, OpensByBothProviderNamesAndCloses) {
   EXPECT_EQ(con_.State(), DbConnection::kStateClosed);
   con_.Close();  // closing twice does nothing
 
-  const std::string jet = "Provider=Microsoft.Jet.OLEDB.4.0;Data Source=" + path_ +
-                          ";Jet OLEDB:Database Password=secret";
+  const std::string jet =
+      "Provider=Microsoft.Jet.OLEDB.4.0;Data Source=" + path_ +
+      ";Jet OLEDB:Database Password=secret";
   con_.Open(jet);
   EXPECT_EQ(con_.State(), DbConnection::kStateOpen);
   EXPECT_EQ(con_.ConnectionString(), jet);
   EXPECT_TRUE(RaisesError([&] { con_.Open(jet); }, dberr::kConnection,
                           "connection is already open", "DbConnection.Open"));
-  EXPECT_TRUE(RaisesError([&] { con_.SetConnectionString("x"); }, dberr::kConnection,
-                          "connection is already open"));
+  EXPECT_TRUE(RaisesError([&] { con_.SetConnectionString("x"); },
+                          dberr::kConnection, "connection is already open"));
 }
 
 TEST_F(DbConnectionTest, ConnectionStringKeysIgnoreCaseAndValuesMayBeQuoted) {
   con_.Close();
-  con_.Open(" provider = sqlite ; DATA SOURCE=\"" + path_ + "\"; Mode=Share Deny None");
+  con_.Open(" provider = sqlite ; DATA SOURCE=\"" + path_ +
+            "\"; Mode=Share Deny None");
   EXPECT_EQ(con_.Path(), path_);
   con_.Close();
   con_.SetConnectionString("Data Source=" + path_);
@@ -61,29 +63,35 @@ TEST_F(DbConnectionTest, ConnectionStringKeysIgnoreCaseAndValuesMayBeQuoted) {
 
 TEST_F(DbConnectionTest, RejectsBadConnectionStrings) {
   DbConnection con;
-  EXPECT_TRUE(RaisesError([&] { con.Open("Provider=MSDASQL;Data Source=" + path_); },
-                          dberr::kConnection, "unsupported provider: 'MSDASQL'",
-                          "DbConnection.Open"));
+  EXPECT_TRUE(
+      RaisesError([&] { con.Open("Provider=MSDASQL;Data Source=" + path_); },
+                  dberr::kConnection, "unsupported provider: 'MSDASQL'",
+                  "DbConnection.Open"));
   EXPECT_TRUE(RaisesError([&] { con.Open("Provider=SQLite;User ID=admin"); },
-                          dberr::kConnection, "no Data Source in connection string"));
+                          dberr::kConnection,
+                          "no Data Source in connection string"));
   EXPECT_EQ(con.State(), DbConnection::kStateClosed);
 }
 
 TEST_F(DbConnectionTest, MissingFileAndForeignFileFail) {
   DbConnection con;
   const std::string missing = dir_.File("none.qv3");
-  EXPECT_TRUE(RaisesError([&] { con.Open(DbConnection::MakeConnectionString(missing)); },
-                          dberr::kConnection, "database file not found: '" + missing + "'",
-                          "DbConnection.Open"));
-  EXPECT_FALSE(std::filesystem::exists(missing));  // opening never creates a file
-  EXPECT_TRUE(RaisesError([&] { con.Open(DbConnection::MakeConnectionString(dir_.path())); },
-                          dberr::kConnection,
-                          "database file not found: '" + dir_.path() + "'"));
+  EXPECT_TRUE(RaisesError(
+      [&] { con.Open(DbConnection::MakeConnectionString(missing)); },
+      dberr::kConnection, "database file not found: '" + missing + "'",
+      "DbConnection.Open"));
+  EXPECT_FALSE(
+      std::filesystem::exists(missing));  // opening never creates a file
+  EXPECT_TRUE(RaisesError(
+      [&] { con.Open(DbConnection::MakeConnectionString(dir_.path())); },
+      dberr::kConnection, "database file not found: '" + dir_.path() + "'"));
 
   const std::string text = dir_.File("notes.txt");
-  std::ofstream(text) << "this is no database, just a text file of some length\n";
-  EXPECT_TRUE(RaisesError([&] { con.Open(DbConnection::MakeConnectionString(text)); },
-                          dberr::kConnection, "file is not a database: '" + text + "'"));
+  std::ofstream(text)
+      << "this is no database, just a text file of some length\n";
+  EXPECT_TRUE(RaisesError(
+      [&] { con.Open(DbConnection::MakeConnectionString(text)); },
+      dberr::kConnection, "file is not a database: '" + text + "'"));
   EXPECT_EQ(con.State(), DbConnection::kStateClosed);
 }
 
@@ -92,12 +100,16 @@ TEST_F(DbConnectionTest, OpensAPathWrittenWithOtherLetterCase) {
   const std::string real = dir_.File("Projekt.qv3/Haus_A_WL.qv3");
   DbConnection::CreateDatabase(real);
   DbConnection con;
-  con.Open(DbConnection::MakeConnectionString(dir_.File("PROJEKT.qv3\\haus_a_wl.QV3")));
+  con.Open(DbConnection::MakeConnectionString(
+      dir_.File("PROJEKT.qv3\\haus_a_wl.QV3")));
   EXPECT_EQ(con.Path(), real);
   EXPECT_TRUE(RaisesError(
-      [&] { DbConnection::CreateDatabase(dir_.File("projekt.QV3/HAUS_A_WL.qv3")); },
+      [&] {
+        DbConnection::CreateDatabase(dir_.File("projekt.QV3/HAUS_A_WL.qv3"));
+      },
       dberr::kConnection,
-      "database file already exists: '" + dir_.File("projekt.QV3/HAUS_A_WL.qv3") + "'",
+      "database file already exists: '" +
+          dir_.File("projekt.QV3/HAUS_A_WL.qv3") + "'",
       "DbConnection.CreateDatabase"));
 }
 
@@ -105,27 +117,35 @@ TEST_F(DbConnectionTest, NewDatabaseHoldsTheVersionTable) {
   DbCatalog catalog(con_);
   EXPECT_EQ(catalog.Tables(), std::vector<std::string>{"qvversions"});
   EXPECT_EQ(catalog.Columns("qvversions"),
-            (std::vector<ColumnDef>{{"Name", kAdVarWChar, 255}, {"Version", kAdInteger}}));
+            (std::vector<ColumnDef>{{"Name", kAdVarWChar, 255},
+                                    {"Version", kAdInteger}}));
   EXPECT_EQ(catalog.PrimaryKey("qvversions"), std::vector<std::string>{"Name"});
-  EXPECT_TRUE(RaisesError([&] { DbConnection::CreateDatabase(path_); }, dberr::kConnection,
+  EXPECT_TRUE(RaisesError([&] { DbConnection::CreateDatabase(path_); },
+                          dberr::kConnection,
                           "database file already exists: '" + path_ + "'"));
-  EXPECT_TRUE(RaisesError([&] { DbConnection::CreateDatabase(dir_.File("no/such.qv3")); },
-                          dberr::kSql, "unable to open database file",
-                          "DbConnection.CreateDatabase"));
+  EXPECT_TRUE(RaisesError(
+      [&] { DbConnection::CreateDatabase(dir_.File("no/such.qv3")); },
+      dberr::kSql, "unable to open database file",
+      "DbConnection.CreateDatabase"));
 }
 
 TEST_F(DbConnectionTest, SetsTheConnectionPragmas) {
   EXPECT_EQ(con_.QueryValue("PRAGMA foreign_keys"), Variant(1));
   EXPECT_EQ(con_.QueryValue("PRAGMA journal_mode"), Variant("delete"));
-  EXPECT_EQ(con_.QueryValue("PRAGMA busy_timeout"), Variant(DbConnection::kBusyTimeoutMs));
+  EXPECT_EQ(con_.QueryValue("PRAGMA busy_timeout"),
+            Variant(DbConnection::kBusyTimeoutMs));
 }
 
 TEST_F(DbConnectionTest, TextKeysCompareWithoutRegardToCase) {
-  con_.Execute("INSERT INTO qvversions (Name, Version) VALUES (?, ?)", {"raum_t", 100});
-  EXPECT_EQ(con_.QueryValue("SELECT Version FROM qvversions WHERE Name = ?", {"RAUM_T"}),
+  con_.Execute("INSERT INTO qvversions (Name, Version) VALUES (?, ?)",
+               {"raum_t", 100});
+  EXPECT_EQ(con_.QueryValue("SELECT Version FROM qvversions WHERE Name = ?",
+                            {"RAUM_T"}),
             Variant(100));
   EXPECT_TRUE(RaisesError(
-      [&] { con_.Execute("INSERT INTO qvversions VALUES (?, ?)", {"Raum_T", 1}); },
+      [&] {
+        con_.Execute("INSERT INTO qvversions VALUES (?, ?)", {"Raum_T", 1});
+      },
       dberr::kConstraint, "duplicate key in table 'qvversions': Name",
       "DbConnection.Execute"));
 }
@@ -142,15 +162,16 @@ TEST_F(DbConnectionTest, BindsAndReadsValuesByDeclaredType) {
                                {"memo", kAdLongVarWChar}},
                               {"id"});
   const Date when = MakeDate(2024, 3, 1, 12, 30, 5);
-  con_.Execute("INSERT INTO v VALUES (?, ?, ?, ?, ?, ?, ?, ?)",
-               {1, true, int16_t{-7}, 1.5f, 2.25, when, "it's \"x\"", Variant()});
+  con_.Execute(
+      "INSERT INTO v VALUES (?, ?, ?, ?, ?, ?, ?, ?)",
+      {1, true, int16_t{-7}, 1.5f, 2.25, when, "it's \"x\"", Variant()});
   con_.Execute("INSERT INTO v (id, b, t) VALUES (?, ?, ?)",
                {2, false, MakeDate(2024, 3, 2)});
   EXPECT_EQ(con_.Changes(), 1);
   const auto rows = con_.Query("SELECT * FROM v ORDER BY id");
   ASSERT_EQ(rows.size(), 2u);
-  EXPECT_EQ(rows[0], (std::vector<Variant>{1, true, int16_t{-7}, 1.5f, 2.25, when,
-                                           "it's \"x\"", kNull}));
+  EXPECT_EQ(rows[0], (std::vector<Variant>{1, true, int16_t{-7}, 1.5f, 2.25,
+                                           when, "it's \"x\"", kNull}));
   EXPECT_EQ(rows[1][1], Variant(false));
   EXPECT_EQ(rows[1][2], Variant(kNull));
   // What is stored: Booleans as -1 / 0, dates as ISO text.
@@ -159,19 +180,23 @@ TEST_F(DbConnectionTest, BindsAndReadsValuesByDeclaredType) {
                                                {0, "2024-03-02 00:00:00"}}));
   EXPECT_EQ(con_.QueryValue("SELECT 5000000000"), Variant(5e9));
   EXPECT_EQ(con_.QueryValue("SELECT id FROM v WHERE id = 99"), Variant());
-  EXPECT_TRUE(RaisesError([&] { con_.Execute("SELECT ?", {Variant(SafeArray())}); },
-                          err::kTypeMismatch, "Type mismatch"));
+  EXPECT_TRUE(
+      RaisesError([&] { con_.Execute("SELECT ?", {Variant(SafeArray())}); },
+                  err::kTypeMismatch, "Type mismatch"));
 }
 
 TEST_F(DbConnectionTest, EngineErrorsNameTheOperation) {
-  EXPECT_TRUE(RaisesError([&] { con_.Query("SELECT * FROM nowhere"); }, dberr::kSql,
-                          "no such table: nowhere", "DbConnection.Query"));
+  EXPECT_TRUE(RaisesError([&] { con_.Query("SELECT * FROM nowhere"); },
+                          dberr::kSql, "no such table: nowhere",
+                          "DbConnection.Query"));
   DbConnection closed;
   EXPECT_TRUE(RaisesError([&] { closed.Execute("SELECT 1"); }, dberr::kNotOpen,
                           "connection is closed"));
 }
 
-int Count(DbConnection& con) { return con.QueryValue("SELECT count(*) FROM qvversions").ToLong(); }
+int Count(DbConnection& con) {
+  return con.QueryValue("SELECT count(*) FROM qvversions").ToLong();
+}
 
 TEST_F(DbConnectionTest, TransactionsNestAndRollBackUnlessCommitted) {
   {
@@ -205,7 +230,8 @@ TEST_F(DbConnectionTest, TransactionsEndInOrder) {
   DbConnection::Transaction outer(con_);
   DbConnection::Transaction inner(con_);
   EXPECT_TRUE(RaisesError([&] { outer.Commit(); }, dberr::kTransaction,
-                          "inner transaction still open", "DbConnection.Transaction"));
+                          "inner transaction still open",
+                          "DbConnection.Transaction"));
   inner.Commit();
   EXPECT_TRUE(RaisesError([&] { inner.Commit(); }, dberr::kTransaction,
                           "transaction already finished"));
@@ -214,7 +240,8 @@ TEST_F(DbConnectionTest, TransactionsEndInOrder) {
 
 TEST_F(DbConnectionTest, ReachableByMemberName) {
   auto con = std::make_shared<DbConnection>();
-  con->Let("ConnectionString", Variant(DbConnection::MakeConnectionString(path_)));
+  con->Let("ConnectionString",
+           Variant(DbConnection::MakeConnectionString(path_)));
   con->Call("Open");
   EXPECT_EQ(con->Get("State"), Variant(DbConnection::kStateOpen));
   con->Call("Execute", {"INSERT INTO qvversions VALUES (?, ?)",
@@ -222,7 +249,8 @@ TEST_F(DbConnectionTest, ReachableByMemberName) {
   EXPECT_EQ(con->QueryValue("SELECT Version FROM qvversions"), Variant(7));
   con->Call("Close");
   EXPECT_EQ(con->Get("State"), Variant(DbConnection::kStateClosed));
-  EXPECT_EQ(con->Get("ConnectionString"), Variant(DbConnection::MakeConnectionString(path_)));
+  EXPECT_EQ(con->Get("ConnectionString"),
+            Variant(DbConnection::MakeConnectionString(path_)));
 }
 
 TEST(QuoteIdentifierTest, DoublesQuotes) {

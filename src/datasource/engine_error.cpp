@@ -28,7 +28,8 @@ std::string_view Detail(std::string_view message) {
 // "t.a, t.b" -> table "t" and "a, b".
 std::string DuplicateKeyText(std::string_view detail) {
   const size_t dot = detail.find('.');
-  if (dot == std::string_view::npos) return "duplicate key: " + std::string(detail);
+  if (dot == std::string_view::npos)
+    return "duplicate key: " + std::string(detail);
   const std::string table(detail.substr(0, dot));
   std::string columns;
   std::string_view rest = detail;
@@ -38,7 +39,8 @@ std::string DuplicateKeyText(std::string_view detail) {
     if (StartsWith(item, table + ".")) item.remove_prefix(table.size() + 1);
     if (!columns.empty()) columns += ", ";
     columns += item;
-    rest = comma == std::string_view::npos ? std::string_view() : rest.substr(comma + 2);
+    rest = comma == std::string_view::npos ? std::string_view()
+                                           : rest.substr(comma + 2);
   }
   return "duplicate key in table '" + table + "': " + columns;
 }
@@ -83,7 +85,8 @@ Error DbErrorFromEngine(int extended_code, std::string_view message,
   switch (extended_code & 0xff) {
     case SQLITE_BUSY:
     case SQLITE_LOCKED:
-      return Error(dberr::kBusy, src, "database is locked: '" + std::string(path) + "'");
+      return Error(dberr::kBusy, src,
+                   "database is locked: '" + std::string(path) + "'");
     case SQLITE_NOTADB:
       return Error(dberr::kConnection, src,
                    "file is not a database: '" + std::string(path) + "'");
@@ -104,9 +107,11 @@ void RethrowAsDbError(std::string_view source, std::string_view path) {
   }
 }
 
-std::string TextTooLongText(std::string_view table, std::string_view column, int size) {
+std::string TextTooLongText(std::string_view table, std::string_view column,
+                            int size) {
   return std::string(kTooLong) + "'" + std::string(column) + "' of table '" +
-         std::string(table) + "': at most " + std::to_string(size) + " characters";
+         std::string(table) + "': at most " + std::to_string(size) +
+         " characters";
 }
 
 std::string SmallIntRangeText(std::string_view table, std::string_view column) {

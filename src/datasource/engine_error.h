@@ -13,7 +13,8 @@ namespace qv::ds {
 
 // Call inside a catch block: rethrows a qv::Error unchanged and any other
 // exception as a qv::Error with `source`; `path` is the database file.
-[[noreturn]] void RethrowAsDbError(std::string_view source, std::string_view path);
+[[noreturn]] void RethrowAsDbError(std::string_view source,
+                                   std::string_view path);
 
 // The error for an engine result code (extended) and message.
 Error DbErrorFromEngine(int extended_code, std::string_view message,
@@ -21,7 +22,8 @@ Error DbErrorFromEngine(int extended_code, std::string_view message,
 
 // Names of CHECK constraints that guard column values; the engine reports
 // a broken constraint by its name, which thus is the error text.
-std::string TextTooLongText(std::string_view table, std::string_view column, int size);
+std::string TextTooLongText(std::string_view table, std::string_view column,
+                            int size);
 std::string SmallIntRangeText(std::string_view table, std::string_view column);
 
 }  // namespace qv::ds

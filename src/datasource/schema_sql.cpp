@@ -45,8 +45,8 @@ int32_t DeclaredSize(const std::string& t) {
 }
 
 // Reads one table item (tokens [first, last)) of a CREATE TABLE statement.
-CreateTableText::Item ReadItem(const std::vector<SqlToken>& tokens, size_t first,
-                               size_t last) {
+CreateTableText::Item ReadItem(const std::vector<SqlToken>& tokens,
+                               size_t first, size_t last) {
   CreateTableText::Item item;
   item.begin = tokens[first].begin;
   item.end = tokens[last - 1].end;
@@ -55,7 +55,8 @@ CreateTableText::Item ReadItem(const std::vector<SqlToken>& tokens, size_t first
     item.constraint_name = tokens[i + 1].text;
     i += 2;
   }
-  if (i + 1 >= last || !tokens[i].IsKeyword("FOREIGN") || !tokens[i + 1].IsKeyword("KEY")) {
+  if (i + 1 >= last || !tokens[i].IsKeyword("FOREIGN") ||
+      !tokens[i + 1].IsKeyword("KEY")) {
     return item;
   }
   item.foreign_key = true;
@@ -77,9 +78,10 @@ std::string ColumnDeclaration(std::string_view table, const ColumnDef& c) {
   const std::string name = QuoteIdentifier(c.name);
   switch (c.type) {
     case kAdVarWChar:
-      return name + " VARCHAR(" + std::to_string(c.size) + ") COLLATE NOCASE CONSTRAINT " +
-             QuoteIdentifier(TextTooLongText(table, c.name, c.size)) + " CHECK (length(" +
-             name + ") <= " + std::to_string(c.size) + ")";
+      return name + " VARCHAR(" + std::to_string(c.size) +
+             ") COLLATE NOCASE CONSTRAINT " +
+             QuoteIdentifier(TextTooLongText(table, c.name, c.size)) +
+             " CHECK (length(" + name + ") <= " + std::to_string(c.size) + ")";
     case kAdLongVarWChar:
       return name + " LONGTEXT COLLATE NOCASE";
     case kAdBoolean:
@@ -87,8 +89,9 @@ std::string ColumnDeclaration(std::string_view table, const ColumnDef& c) {
     case kAdDate:
       return name + " DATETIME";
     case kAdSmallInt:
-      return name + " SMALLINT CONSTRAINT " + QuoteIdentifier(SmallIntRangeText(table, c.name)) +
-             " CHECK (" + name + " BETWEEN -32768 AND 32767)";
+      return name + " SMALLINT CONSTRAINT " +
+             QuoteIdentifier(SmallIntRangeText(table, c.name)) + " CHECK (" +
+             name + " BETWEEN -32768 AND 32767)";
     case kAdInteger:
       return name + (c.auto_increment ? " INTEGER COUNTER" : " INTEGER");
     case kAdSingle:
@@ -99,12 +102,14 @@ std::string ColumnDeclaration(std::string_view table, const ColumnDef& c) {
       return name + " LONGBINARY";
     default:
       throw Error(dberr::kCatalog, "DbCatalog",
-                  "unknown column type " + std::to_string(c.type) + " for column '" +
-                      c.name + "' of table '" + std::string(table) + "'");
+                  "unknown column type " + std::to_string(c.type) +
+                      " for column '" + c.name + "' of table '" +
+                      std::string(table) + "'");
   }
 }
 
-ColumnDef ColumnFromDeclaredType(std::string name, std::string_view declared_type) {
+ColumnDef ColumnFromDeclaredType(std::string name,
+                                 std::string_view declared_type) {
   const std::string t = text::ToLowerAscii(text::Trim(declared_type));
   ColumnDef c{std::move(name), kAdLongVarBinary, 0, false};
   if (t == "longtext") {
@@ -122,7 +127,8 @@ ColumnDef ColumnFromDeclaredType(std::string name, std::string_view declared_typ
   } else if (Contains(t, "int")) {
     c.type = kAdInteger;
     c.auto_increment = t == "integer counter";
-  } else if (Contains(t, "char") || Contains(t, "text") || Contains(t, "clob")) {
+  } else if (Contains(t, "char") || Contains(t, "text") ||
+             Contains(t, "clob")) {
     c.size = DeclaredSize(t);
     c.type = c.size > 0 ? kAdVarWChar : kAdLongVarWChar;
   } else {
@@ -137,9 +143,11 @@ std::string ForeignKeyClause(const ForeignKeyDef& fk) {
     columns.push_back(column);
     related.push_back(related_column);
   }
-  return "CONSTRAINT " + QuoteIdentifier(fk.name) + " FOREIGN KEY (" + QuotedList(columns) +
-         ") REFERENCES " + QuoteIdentifier(fk.related_table) + " (" + QuotedList(related) +
-         ") ON UPDATE " + RuleText(fk.update_rule) + " ON DELETE " + RuleText(fk.delete_rule);
+  return "CONSTRAINT " + QuoteIdentifier(fk.name) + " FOREIGN KEY (" +
+         QuotedList(columns) + ") REFERENCES " +
+         QuoteIdentifier(fk.related_table) + " (" + QuotedList(related) +
+         ") ON UPDATE " + RuleText(fk.update_rule) + " ON DELETE " +
+         RuleText(fk.delete_rule);
 }
 
 int32_t RuleFromText(std::string_view rule) {
@@ -150,7 +158,9 @@ int32_t RuleFromText(std::string_view rule) {
   return kAdRiNone;
 }
 
-bool IsValidRule(int32_t rule) { return rule >= kAdRiNone && rule <= kAdRiSetDefault; }
+bool IsValidRule(int32_t rule) {
+  return rule >= kAdRiNone && rule <= kAdRiSetDefault;
+}
 
 CreateTableText ParseCreateTable(std::string_view sql, std::string_view table) {
   const std::vector<SqlToken> tokens = TokenizeSql(sql);
@@ -159,8 +169,9 @@ CreateTableText ParseCreateTable(std::string_view sql, std::string_view table) {
   while (open < tokens.size() && !tokens[open].IsPunct('(')) ++open;
   if (open < 3 || open == tokens.size() || !tokens[0].IsKeyword("CREATE") ||
       !tokens[open - 1].IsName()) {
-    throw Error(dberr::kCatalog, "DbCatalog",
-                "cannot read the definition of table '" + std::string(table) + "'");
+    throw Error(
+        dberr::kCatalog, "DbCatalog",
+        "cannot read the definition of table '" + std::string(table) + "'");
   }
   parsed.name_begin = tokens[open - 1].begin;
   parsed.name_end = tokens[open - 1].end;
@@ -170,7 +181,8 @@ CreateTableText ParseCreateTable(std::string_view sql, std::string_view table) {
     if (tokens[i].IsPunct('(')) ++depth;
     const bool closes = tokens[i].IsPunct(')') && --depth == 0;
     if ((depth == 1 && tokens[i].IsPunct(',')) || closes) {
-      if (i > item_first) parsed.items.push_back(ReadItem(tokens, item_first, i));
+      if (i > item_first)
+        parsed.items.push_back(ReadItem(tokens, item_first, i));
       item_first = i + 1;
     }
     if (closes) {
@@ -178,23 +190,27 @@ CreateTableText ParseCreateTable(std::string_view sql, std::string_view table) {
       return parsed;
     }
   }
-  throw Error(dberr::kCatalog, "DbCatalog",
-              "cannot read the definition of table '" + std::string(table) + "'");
+  throw Error(
+      dberr::kCatalog, "DbCatalog",
+      "cannot read the definition of table '" + std::string(table) + "'");
 }
 
 std::string AppendItem(std::string_view sql, const CreateTableText& parsed,
                        std::string_view item) {
-  const size_t at = parsed.items.empty() ? parsed.body_close : parsed.items.back().end;
+  const size_t at =
+      parsed.items.empty() ? parsed.body_close : parsed.items.back().end;
   return std::string(sql.substr(0, at)) + (parsed.items.empty() ? "" : ", ") +
          std::string(item) + std::string(sql.substr(at));
 }
 
-std::string RemoveItem(std::string_view sql, const CreateTableText& parsed, size_t index) {
+std::string RemoveItem(std::string_view sql, const CreateTableText& parsed,
+                       size_t index) {
   const auto& items = parsed.items;
   // Cut from the end of the item before (taking the comma with it), or for
   // the first item up to the start of the next one.
   const size_t from = index > 0 ? items[index - 1].end : items[index].begin;
-  const size_t to = index > 0 || items.size() == 1 ? items[index].end : items[index + 1].begin;
+  const size_t to = index > 0 || items.size() == 1 ? items[index].end
+                                                   : items[index + 1].begin;
   return std::string(sql.substr(0, from)) + std::string(sql.substr(to));
 }
 

@@ -21,8 +21,10 @@ namespace qv::ds {
 // `table` names the table in the texts of the value checks.
 std::string ColumnDeclaration(std::string_view table, const ColumnDef& column);
 // The ADO description of a column from its declared type.
-ColumnDef ColumnFromDeclaredType(std::string name, std::string_view declared_type);
-// `CONSTRAINT "n" FOREIGN KEY ("a") REFERENCES "p" ("a") ON UPDATE ... ON DELETE ...`
+ColumnDef ColumnFromDeclaredType(std::string name,
+                                 std::string_view declared_type);
+// `CONSTRAINT "n" FOREIGN KEY ("a") REFERENCES "p" ("a") ON UPDATE ... ON
+// DELETE ...`
 std::string ForeignKeyClause(const ForeignKeyDef& fk);
 // "CASCADE" -> 1, "SET NULL" -> 2, "SET DEFAULT" -> 3, others -> 0.
 int32_t RuleFromText(std::string_view rule);
@@ -34,8 +36,8 @@ struct CreateTableText {
     size_t begin = 0, end = 0;
     std::string constraint_name;  // "" when not named
     bool foreign_key = false;
-    std::string related_table;          // foreign keys only
-    std::vector<std::string> columns;   // foreign keys only
+    std::string related_table;         // foreign keys only
+    std::vector<std::string> columns;  // foreign keys only
   };
   size_t name_begin = 0, name_end = 0;  // the table name
   size_t body_close = 0;                // the ")" after the last item
@@ -49,7 +51,8 @@ CreateTableText ParseCreateTable(std::string_view sql, std::string_view table);
 std::string AppendItem(std::string_view sql, const CreateTableText& parsed,
                        std::string_view item);
 // The statement without items[index].
-std::string RemoveItem(std::string_view sql, const CreateTableText& parsed, size_t index);
+std::string RemoveItem(std::string_view sql, const CreateTableText& parsed,
+                       size_t index);
 // The statement with the table name replaced by `name` (quoted).
 std::string RenameTable(std::string_view sql, const CreateTableText& parsed,
                         std::string_view name);

@@ -26,7 +26,8 @@ size_t SkipComment(std::string_view s, size_t i) {
 
 // A quoted token from `i` (the opening quote) to its closing quote; a
 // doubled closing quote stands for one.
-SqlToken ReadQuoted(std::string_view s, size_t i, char close, SqlToken::Kind kind) {
+SqlToken ReadQuoted(std::string_view s, size_t i, char close,
+                    SqlToken::Kind kind) {
   SqlToken t{kind, i, s.size(), ""};
   size_t j = i + 1;
   while (j < s.size()) {
@@ -47,7 +48,8 @@ SqlToken ReadQuoted(std::string_view s, size_t i, char close, SqlToken::Kind kin
 }  // namespace
 
 bool SqlToken::IsKeyword(std::string_view keyword) const {
-  return kind == Kind::kWord && text::ToLowerAscii(text) == text::ToLowerAscii(keyword);
+  return kind == Kind::kWord &&
+         text::ToLowerAscii(text) == text::ToLowerAscii(keyword);
 }
 
 std::vector<SqlToken> TokenizeSql(std::string_view s) {
@@ -73,7 +75,8 @@ std::vector<SqlToken> TokenizeSql(std::string_view s) {
     } else if (IsWordChar(c)) {
       size_t j = i;
       while (j < s.size() && IsWordChar(s[j])) ++j;
-      t = SqlToken{SqlToken::Kind::kWord, i, j, std::string(s.substr(i, j - i))};
+      t = SqlToken{SqlToken::Kind::kWord, i, j,
+                   std::string(s.substr(i, j - i))};
     } else {
       t = SqlToken{SqlToken::Kind::kPunct, i, i + 1, std::string(1, c)};
     }

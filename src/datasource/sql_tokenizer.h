@@ -18,11 +18,15 @@ struct SqlToken {
   size_t begin, end;  // offsets of the token in the text
   std::string text;   // quotes removed and doubled quotes undone
 
-  bool IsPunct(char c) const { return kind == Kind::kPunct && text.size() == 1 && text[0] == c; }
+  bool IsPunct(char c) const {
+    return kind == Kind::kPunct && text.size() == 1 && text[0] == c;
+  }
   // A bare word equal to `keyword` without regard to ASCII case.
   bool IsKeyword(std::string_view keyword) const;
   // A name: a bare word or a quoted name.
-  bool IsName() const { return kind == Kind::kWord || kind == Kind::kQuotedName; }
+  bool IsName() const {
+    return kind == Kind::kWord || kind == Kind::kQuotedName;
+  }
 };
 
 std::vector<SqlToken> TokenizeSql(std::string_view sql);

@@ -65,7 +65,8 @@ ReadAs ReadAsForDeclaredType(std::string_view declared_type) {
   return ReadAs::kStored;
 }
 
-void BindParams(SQLite::Statement& statement, const std::vector<Variant>& params) {
+void BindParams(SQLite::Statement& statement,
+                const std::vector<Variant>& params) {
   for (size_t i = 0; i < params.size(); ++i) {
     const int n = static_cast<int>(i) + 1;
     const Variant& v = params[i];
@@ -101,7 +102,8 @@ std::vector<ReadAs> ResultKinds(const SQLite::Statement& statement) {
   std::vector<ReadAs> kinds;
   for (int i = 0; i < statement.getColumnCount(); ++i) {
     try {
-      kinds.push_back(ReadAsForDeclaredType(statement.getColumnDeclaredType(i)));
+      kinds.push_back(
+          ReadAsForDeclaredType(statement.getColumnDeclaredType(i)));
     } catch (const SQLite::Exception&) {  // an expression: no declared type
       kinds.push_back(ReadAs::kStored);
     }

@@ -17,12 +17,22 @@ class Statement;
 namespace qv::ds {
 
 // How a result column is read, from its declared type.
-enum class ReadAs { kStored, kBoolean, kSmallInt, kLong, kSingle, kDouble, kDate, kText };
+enum class ReadAs {
+  kStored,
+  kBoolean,
+  kSmallInt,
+  kLong,
+  kSingle,
+  kDouble,
+  kDate,
+  kText
+};
 
 ReadAs ReadAsForDeclaredType(std::string_view declared_type);
 
 // Binds params[i] to parameter i + 1. Objects and arrays raise 13.
-void BindParams(SQLite::Statement& statement, const std::vector<Variant>& params);
+void BindParams(SQLite::Statement& statement,
+                const std::vector<Variant>& params);
 // The read kinds of a prepared statement's result columns.
 std::vector<ReadAs> ResultKinds(const SQLite::Statement& statement);
 // Column `index` of the current row.

@@ -54,10 +54,12 @@ std::string ColumnList(DbConnection& con, const std::string& table) {
 
 // Statements that create the table's indexes and triggers (not the ones
 // the engine makes for keys by itself).
-std::vector<std::string> DependentObjects(DbConnection& con, const std::string& table) {
+std::vector<std::string> DependentObjects(DbConnection& con,
+                                          const std::string& table) {
   std::vector<std::string> sql;
   for (const auto& row : con.Query(
-           "SELECT sql FROM sqlite_master WHERE type IN ('index', 'trigger') AND "
+           "SELECT sql FROM sqlite_master WHERE type IN ('index', 'trigger') "
+           "AND "
            "tbl_name = ?1 COLLATE NOCASE AND sql IS NOT NULL ORDER BY rowid",
            {Variant(table)})) {
     sql.push_back(row[0].ToString());
@@ -66,18 +68,21 @@ std::vector<std::string> DependentObjects(DbConnection& con, const std::string& 
 }
 
 void CheckForeignKeys(DbConnection& con, const std::string& table) {
-  const auto rows =
-      con.Query("SELECT parent FROM pragma_foreign_key_check(?1)", {Variant(table)});
+  const auto rows = con.Query("SELECT parent FROM pragma_foreign_key_check(?1)",
+                              {Variant(table)});
   if (rows.empty()) return;
   throw Error(dberr::kConstraint, "DbCatalog",
               "table '" + table + "' has " + std::to_string(rows.size()) +
-                  " record(s) without a matching record in '" + rows[0][0].ToString() + "'");
+                  " record(s) without a matching record in '" +
+                  rows[0][0].ToString() + "'");
 }
 
 }  // namespace
 
-void RebuildTable(DbConnection& con, const std::string& table, const std::string& create_sql) {
-  if (con.TransactionDepth() > 0 || sqlite3_get_autocommit(con.db().getHandle()) == 0) {
+void RebuildTable(DbConnection& con, const std::string& table,
+                  const std::string& create_sql) {
+  if (con.TransactionDepth() > 0 ||
+      sqlite3_get_autocommit(con.db().getHandle()) == 0) {
     throw Error(dberr::kTransaction, "DbCatalog",
                 "schema rebuild not possible inside a transaction");
   }
@@ -87,15 +92,17 @@ void RebuildTable(DbConnection& con, const std::string& table, const std::string
   const std::string columns = ColumnList(con, table);
   const std::string temp = FreeTableName(con);
   const std::string quoted = QuoteIdentifier(table);
-  con.Execute(RenameTable(create_sql, ParseCreateTable(create_sql, table), temp));
-  con.Execute("INSERT INTO " + QuoteIdentifier(temp) + " (" + columns + ") SELECT " +
-              columns + " FROM " + quoted);
+  con.Execute(
+      RenameTable(create_sql, ParseCreateTable(create_sql, table), temp));
+  con.Execute("INSERT INTO " + QuoteIdentifier(temp) + " (" + columns +
+              ") SELECT " + columns + " FROM " + quoted);
   con.Execute("DROP TABLE " + quoted);
   {
     // Rename without rewriting references elsewhere: the tables that refer
     // to `table` shall go on referring to it.
     PragmaScope legacy(con, "legacy_alter_table", true);
-    con.Execute("ALTER TABLE " + QuoteIdentifier(temp) + " RENAME TO " + quoted);
+    con.Execute("ALTER TABLE " + QuoteIdentifier(temp) + " RENAME TO " +
+                quoted);
   }
   for (const std::string& sql : dependents) con.Execute(sql);
   CheckForeignKeys(con, table);

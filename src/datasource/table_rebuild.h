@@ -18,7 +18,8 @@ namespace qv::ds {
 // kTransaction when one is open. Rows that break the table's foreign keys
 // raise kConstraint "table 't' has n record(s) without a matching record in
 // 'p'"; on any failure the table stays as it was.
-void RebuildTable(DbConnection& con, const std::string& table, const std::string& create_sql);
+void RebuildTable(DbConnection& con, const std::string& table,
+                  const std::string& create_sql);
 
 }  // namespace qv::ds
 

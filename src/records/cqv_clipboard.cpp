@@ -15,7 +15,9 @@ thread_local std::shared_ptr<CQvClipboard> current_clipboard;
 
 std::shared_ptr<ds::QvRecordset> CQvClipboard::qvrs() const { return qvrs_; }
 
-void CQvClipboard::set_qvrs(std::shared_ptr<ds::QvRecordset> rs) { qvrs_ = std::move(rs); }
+void CQvClipboard::set_qvrs(std::shared_ptr<ds::QvRecordset> rs) {
+  qvrs_ = std::move(rs);
+}
 
 ClassInfo CQvClipboard::BuildClassInfo() {
   return ClassBuilder<CQvClipboard>("CQvClipboard")

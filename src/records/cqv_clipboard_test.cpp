@@ -43,8 +43,8 @@ TEST(CQvClipboardTest, HoldsARecordSetAndTheCutFlagByName) {
 
 TEST(CQvClipboardTest, AcceptsOnlyRecordSets) {
   const auto clipboard = NewClipboard();
-  EXPECT_TRUE(RaisesError([&] { clipboard->Set("qvrs", NewClipboard()); }, err::kTypeMismatch,
-                          "Type mismatch"));
+  EXPECT_TRUE(RaisesError([&] { clipboard->Set("qvrs", NewClipboard()); },
+                          err::kTypeMismatch, "Type mismatch"));
   EXPECT_EQ(clipboard->qvrs(), nullptr);
   EXPECT_EQ(clipboard->GetClassInfo().members().size(), 2u);
   EXPECT_EQ(clipboard->GetClassInfo().Find("Cut")->id, 2);
