@@ -2,8 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <filesystem>
 #include <fstream>
+#include <thread>
 
 #include "com/error.h"
 #include "com/safe_array.h"
@@ -134,6 +136,21 @@ TEST_F(DbConnectionTest, SetsTheConnectionPragmas) {
   EXPECT_EQ(con_.QueryValue("PRAGMA journal_mode"), Variant("delete"));
   EXPECT_EQ(con_.QueryValue("PRAGMA busy_timeout"),
             Variant(DbConnection::kBusyTimeoutMs));
+}
+
+TEST_F(DbConnectionTest, WaitsForAnotherWriterInsteadOfFailing) {
+  DbConnection other;
+  other.Open(DbConnection::MakeConnectionString(path_));
+  auto holder = std::make_unique<DbConnection::Transaction>(other);
+  other.Execute("INSERT INTO qvversions VALUES ('held', 1)");
+  std::thread release([&] {
+    std::this_thread::sleep_for(std::chrono::milliseconds(300));
+    holder->Commit();
+  });
+  con_.Execute(
+      "INSERT INTO qvversions VALUES ('waited', 2)");  // blocks until then
+  release.join();
+  EXPECT_EQ(con_.QueryValue("SELECT count(*) FROM qvversions"), Variant(2));
 }
 
 TEST_F(DbConnectionTest, TextKeysCompareWithoutRegardToCase) {
