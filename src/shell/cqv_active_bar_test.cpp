@@ -51,12 +51,6 @@ TEST(CQVActiveBarTest, UnknownKeyCodesRaiseObjectError1000) {
   }
 }
 
-TEST(CQVActiveBarTest, DecodingLeavesTheKeyCodeUnchanged) {
-  int16_t code = 38;
-  EXPECT_EQ(CQVActiveBar().ABKeyCodeToSendKeyStr(code), "^{F1}");
-  EXPECT_EQ(code, 38);
-}
-
 TEST(CQVActiveBarTest, EncodesPlainAndCtrlKeys) {
   const CQVActiveBar bar;
   EXPECT_EQ(bar.ABKeyCodeFromKey('A', kCtrl), 1);
