@@ -1,0 +1,121 @@
+// CQvConnection is the shared handle on one open project or catalogue
+// database. It owns the database connection (m_conConnection), opens the
+// record sets of the database's tables by name and keeps them in its table
+// cache for its whole life, links a record set to its parents through the
+// database's foreign keys, keeps the table versions in the version table
+// "qvversions", creates, converts and relates tables, and counts its users
+// (addRef / release) so that the database container knows when it may close
+// the database. Table names are trimmed and lower-cased everywhere.
+//
+// Ownership: the connection owns its cache entries (CQvRSwithBookMark) and
+// through them the cached record sets; callers of getTable share the record
+// sets but never close them. Ending the connection closes the database and
+// empties the application clipboard of any of its record sets.
+#ifndef QVGLOBAL_DATA_CQV_CONNECTION_H_
+#define QVGLOBAL_DATA_CQV_CONNECTION_H_
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "com/dictionary.h"
+#include "com/object.h"
+#include "com/safe_array.h"
+#include "com/variant.h"
+#include "data/qv_connection_error.h"
+#include "data/table_name_index.h"
+
+namespace qv::ds {
+class DbConnection;
+class QvRecordset;
+}  // namespace qv::ds
+
+namespace qv {
+
+class CQvRSwithBookMark;
+
+class CQvConnection : public Dispatchable<CQvConnection> {
+ public:
+  CQvConnection();
+  ~CQvConnection() override;
+  CQvConnection(const CQvConnection&) = delete;
+  CQvConnection& operator=(const CQvConnection&) = delete;
+
+  // The wrapped database connection; the container opens it.
+  std::shared_ptr<ds::DbConnection> m_conConnection;
+
+  // One user more; raises 6 (overflow) beyond 32767 users.
+  void addRef();
+  // One user fewer; true when the last one has gone. Raises
+  // "instance already released" when there is none.
+  bool release();
+
+  // The cached or newly opened record set of a table; null when the table
+  // cannot be opened. With bWithParent a newly opened table is linked to its
+  // parent tables, which must have been opened before.
+  std::shared_ptr<ds::QvRecordset> getTable(const std::string& sTablename,
+                                            bool bWithParent = false);
+  // getTable for a caller that names the table by a pointer to its own
+  // record structure; the record set is bound to that structure.
+  std::shared_ptr<ds::QvRecordset> getCTable(Variant& vUglyPointerToC,
+                                             bool bWithParent = false);
+  // The lower-case database path of the connection string; "" without one.
+  std::string Datasource() const;
+
+  QvTableAge getConnectionAge(int32_t lVer);
+  void setConnectionVersion(int32_t lVer);
+  // Compares the stored version with lVer. A table without a version row
+  // is older and gets the row with version 100 at once.
+  QvTableAge getTableAge(const std::string& sTablename, int32_t lVer);
+  // Sets the table's version and adds the columns Param describes, all or
+  // nothing; see table_schema.h.
+  void convertTable(const std::string& sTablename, int32_t lVer,
+                    SafeArray& Param);
+  void clearClipboards();
+  // The stored version; 0 when there is none.
+  int32_t getTableVersion(const std::string& sTablename);
+  void saveIterPos();
+  // True when every cached table could be positioned again.
+  bool loadIterPos();
+  int32_t getConnectionVersion();
+  // Creates the key table and the data table and the version row, all or
+  // nothing.
+  void addTable(const std::string& sTablename, int32_t lVer,
+                const Variant& vKey, const Variant& vData, bool bIsNumeric);
+  void setChild(const std::string& sParent, const std::string& sChild);
+  void delChild(const std::string& sParent, const std::string& sChild);
+  int32_t getDatabaseSize();
+  void setDatabaseSize(int32_t lSize);
+
+  static ClassInfo BuildClassInfo();
+
+ private:
+  using EntryPtr = std::shared_ptr<CQvRSwithBookMark>;
+
+  // The open database; raises 91 when m_conConnection is Nothing.
+  ds::DbConnection& connection() const;
+  void setTableVersion(const std::string& sRow, int32_t lVer);
+  // The cache entry of a name, or null.
+  template <class Key>
+  CQvRSwithBookMark* findEntry(const Key& name) const;
+  void addEntry(const std::string& name, std::shared_ptr<ds::QvRecordset> rs);
+  void linkParents(const std::string& name,
+                   const std::shared_ptr<ds::QvRecordset>& rs);
+  // Re-opens the cached record set of `name` so that it sees a new layout.
+  void refreshCached(const std::string& name);
+  template <class F>
+  void forEachEntry(F&& f) const;
+  void emptyApplicationClipboard() noexcept;
+
+  Dictionary table_cache_;  // normalised name -> CQvRSwithBookMark
+  Dictionary table_order_;  // 1, 2, 3 ... -> the same entries
+  // Beside the cache, for lookups by name without building a variant key.
+  TableNameIndex<EntryPtr> index_;
+  std::shared_ptr<ds::QvRecordset> spare_recordset_;  // never opened
+  int16_t reference_count_ = 0;
+};
+
+}  // namespace qv
+
+#endif  // QVGLOBAL_DATA_CQV_CONNECTION_H_

@@ -1,0 +1,215 @@
+// CQvConnection::setChild and delChild: the foreign key between two key
+// tables, its errors, linked record sets, cascading deletes and updates, and
+// that removing a relation keeps the data.
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "com/safe_array.h"
+#include "data/cqv_connection.h"
+#include "datasource/db_catalog.h"
+#include "datasource/db_connection.h"
+#include "datasource/db_error.h"
+#include "datasource/qv_recordset.h"
+#include "testing/expect_error.h"
+#include "testing/project_database.h"
+
+namespace qv {
+namespace {
+
+using ds::ForeignKeyDef;
+using ds::QvRecordset;
+using testing::RaisesError;
+
+class RelationTest : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    db_.AddBuildingAndRoom();
+    AddRecord("gebaeude", {"G1"});
+    AddRecord("gebaeude", {"G2"});
+    AddRecord("raum", {"G1", "R1", 10.0});
+    AddRecord("raum", {"G1", "R2", 20.0});
+    AddRecord("raum", {"G2", "R3", 30.0});
+  }
+
+  CQvConnection& con() { return db_.connection(); }
+  ds::DbCatalog catalog() { return ds::DbCatalog(db_.db()); }
+
+  std::shared_ptr<QvRecordset> Open(const std::string& table) {
+    auto rs = std::make_shared<QvRecordset>();
+    EXPECT_TRUE(rs->openTable(db_.shared_connection()->m_conConnection, table));
+    return rs;
+  }
+
+  void AddRecord(const std::string& table, std::vector<Variant> values) {
+    std::shared_ptr<QvRecordset> rs = Open(table);
+    rs->clearVars();
+    for (size_t i = 0; i < values.size(); ++i) {
+      rs->setFieldValue(static_cast<int16_t>(i), values[i]);
+    }
+    rs->insertRecord();
+  }
+
+  // The second key (or the only one) of every record of a table.
+  std::vector<std::string> Names(const std::string& table) {
+    std::shared_ptr<QvRecordset> rs = Open(table);
+    rs->readBlock(0, true);
+    std::vector<std::string> names;
+    const int16_t field = rs->getKeyCount() - 1;
+    for (int32_t r = 0; r < rs->getRecordCount(); ++r) {
+      names.push_back(rs->getBlockValue(r, field).ToString());
+    }
+    return names;
+  }
+
+  int32_t DataRows(const std::string& table) {
+    return db_.db()
+        .QueryValue("SELECT COUNT(*) FROM " + ds::QuoteIdentifier(table))
+        .ToLong();
+  }
+
+  void AddTable(const std::string& name, std::initializer_list<Variant> keys) {
+    con().addTable(name, 1, Variant(SafeArray(keys)),
+                   Variant(SafeArray{"Text", 203}), false);
+  }
+
+  testing::ProjectDatabase db_;
+};
+
+TEST_F(RelationTest, RelatesTheKeyTablesByTheParentsKeys) {
+  con().setChild(" Gebaeude ", "RAUM");
+  ForeignKeyDef expected;
+  expected.name = "raum";
+  expected.related_table = "gebaeude";
+  expected.columns = {{"Gebaeude", "Gebaeude"}};
+  expected.update_rule = ds::kAdRiCascade;
+  expected.delete_rule = ds::kAdRiCascade;
+  EXPECT_EQ(catalog().ForeignKeys("raum"),
+            std::vector<ForeignKeyDef>{expected});
+  EXPECT_TRUE(catalog().ForeignKeys("raum_t").empty());
+  db_.Reopen();
+  EXPECT_EQ(catalog().ForeignKeys("raum"),
+            std::vector<ForeignKeyDef>{expected});
+  EXPECT_EQ(Names("raum"), (std::vector<std::string>{"R1", "R2", "R3"}));
+}
+
+TEST_F(RelationTest, KeyErrorsChangeNothing) {
+  ds::DbCatalog(db_.db()).CreateTable("ohne", {{.name = "Nr", .type = 3}}, {});
+  AddTable("zimmer", {"Haus", 202, 20, "Raum", 202, 20});
+  AddTable("stock", {"Gebaeude", 202, 20, "Stock", 202, 20});
+  struct Case {
+    std::string parent, child, text;
+  };
+  const std::vector<Case> cases = {
+      {"Ohne", "raum", "in parent table: 'ohne' no keys found"},
+      {"gebaeude", " OHNE ", "in child table: 'ohne' no keys found"},
+      {"raum", "Gebaeude",
+       "child table: 'gebaeude' have to have the same count off or mores keys "
+       "as the parent table: 'raum'"},
+      {"Gebaeude", "Zimmer",
+       "column: 0 off the tables: 'gebaeude' and 'zimmer' have not the same "
+       "name"},
+      {"stock", "raum",
+       "column: 1 off the tables: 'stock' and 'raum' have not the same name"},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.text);
+    EXPECT_TRUE(RaisesError([&] { con().setChild(c.parent, c.child); }, 5,
+                            c.text, "CQvConnection.setChild"));
+  }
+  for (const char* table : {"raum", "gebaeude", "zimmer", "ohne"}) {
+    EXPECT_TRUE(catalog().ForeignKeys(table).empty()) << table;
+  }
+}
+
+TEST_F(RelationTest, KeyNamesCompareWithTheirLetterCase) {
+  AddTable("zimmer", {"GEBAEUDE", 202, 20, "Raum", 202, 20});
+  EXPECT_TRUE(RaisesError(
+      [&] { con().setChild("gebaeude", "zimmer"); }, 5,
+      "column: 0 off the tables: 'gebaeude' and 'zimmer' have not the same "
+      "name"));
+}
+
+TEST_F(RelationTest, RecordsWithoutParentKeepTheTableUnrelated) {
+  AddRecord("raum", {"G9", "R9", 1.0});
+  try {
+    con().setChild("gebaeude", "raum");
+    FAIL() << "no error raised";
+  } catch (const Error& e) {
+    EXPECT_EQ(e.number(), ds::dberr::kConstraint);
+  }
+  EXPECT_TRUE(catalog().ForeignKeys("raum").empty());
+  EXPECT_EQ(Names("raum"), (std::vector<std::string>{"R1", "R2", "R3", "R9"}));
+}
+
+TEST_F(RelationTest, OpenedWithParentTheChildFollowsTheParent) {
+  // The record sets are open before the relation is made.
+  std::shared_ptr<QvRecordset> gebaeude = con().getTable("Gebaeude");
+  con().setChild("gebaeude", "raum");
+  std::shared_ptr<QvRecordset> raum = con().getTable("Raum", true);
+  ASSERT_EQ(raum->getParent(), gebaeude);
+  gebaeude->readBlock(0, true);
+  EXPECT_EQ(raum->getRecordCount(), 2);
+  EXPECT_EQ(raum->getValue("Raum"), Variant("R1"));
+  gebaeude->moveNext();
+  EXPECT_EQ(raum->getRecordCount(), 1);
+  EXPECT_EQ(raum->getValue("Raum"), Variant("R3"));
+}
+
+TEST_F(RelationTest, DeletingAParentDeletesItsChildren) {
+  con().setChild("gebaeude", "raum");
+  std::shared_ptr<QvRecordset> gebaeude = Open("gebaeude");
+  gebaeude->readBlock(0, true);
+  gebaeude->deleteRecord();
+  EXPECT_EQ(Names("gebaeude"), std::vector<std::string>{"G2"});
+  EXPECT_EQ(Names("raum"), std::vector<std::string>{"R3"});
+  EXPECT_EQ(DataRows("raum_t"), 1);
+}
+
+TEST_F(RelationTest, RenamingAParentRenamesItsChildren) {
+  con().setChild("gebaeude", "raum");
+  std::shared_ptr<QvRecordset> gebaeude = Open("gebaeude");
+  gebaeude->readBlock(0, true);
+  gebaeude->setValue("Gebaeude", "G7");
+  gebaeude->updateRecord();
+  std::shared_ptr<QvRecordset> raum = Open("raum");
+  raum->setValue("Gebaeude", "G7");
+  raum->readBlock(1, true);
+  EXPECT_EQ(raum->getRecordCount(), 2);
+}
+
+TEST_F(RelationTest, DelChildRemovesTheRelationAndKeepsTheData) {
+  con().setChild("gebaeude", "raum");
+  con().delChild(" GEBAEUDE", "Raum ");
+  EXPECT_TRUE(catalog().ForeignKeys("raum").empty());
+  EXPECT_EQ(Names("gebaeude"), (std::vector<std::string>{"G1", "G2"}));
+  EXPECT_EQ(Names("raum"), (std::vector<std::string>{"R1", "R2", "R3"}));
+  EXPECT_EQ(DataRows("raum_t"), 3);
+  // No cascade any more.
+  std::shared_ptr<QvRecordset> gebaeude = Open("gebaeude");
+  gebaeude->readBlock(0, true);
+  gebaeude->deleteRecord();
+  EXPECT_EQ(Names("raum"), (std::vector<std::string>{"R1", "R2", "R3"}));
+
+  EXPECT_TRUE(RaisesError([&] { con().delChild("Gebaeude", "Raum"); }, 6,
+                          "there is no relation between : 'gebaeude' and "
+                          "'raum'",
+                          "CQvConnection.delChild"));
+}
+
+TEST_F(RelationTest, DelChildRemovesOnlyTheRelationToThatParent) {
+  AddTable("haus", {"Gebaeude", 202, 20});
+  AddRecord("haus", {"G1"});
+  AddRecord("haus", {"G2"});
+  con().setChild("gebaeude", "raum");
+  EXPECT_TRUE(RaisesError([&] { con().delChild("haus", "raum"); }, 6,
+                          "there is no relation between : 'haus' and 'raum'"));
+  EXPECT_EQ(catalog().ForeignKeys("raum").size(), 1u);
+  con().delChild("gebaeude", "raum");
+  EXPECT_TRUE(catalog().ForeignKeys("raum").empty());
+}
+
+}  // namespace
+}  // namespace qv

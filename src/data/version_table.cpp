@@ -1,0 +1,46 @@
+#include "data/version_table.h"
+
+#include <string>
+
+#include "datasource/db_connection.h"
+
+namespace qv {
+namespace {
+
+const std::string& SelectVersionSql() {
+  static const std::string sql = "SELECT " + ds::QuoteIdentifier("Version") +
+                                 " FROM " + ds::QuoteIdentifier("qvversions") +
+                                 " WHERE " + ds::QuoteIdentifier("Name") +
+                                 " = ?";
+  return sql;
+}
+
+}  // namespace
+
+int32_t ReadTableVersion(ds::DbConnection& con, std::string_view row) noexcept {
+  try {
+    auto rows = con.Query(SelectVersionSql(), {Variant(row)});
+    if (rows.empty() || rows.front().empty()) return 0;
+    return rows.front().front().ToLong();
+  } catch (...) {
+    return 0;
+  }
+}
+
+void WriteTableVersion(ds::DbConnection& con, std::string_view row,
+                       int32_t version) {
+  const std::string table = ds::QuoteIdentifier("qvversions");
+  const std::string name = ds::QuoteIdentifier("Name");
+  const std::string ver = ds::QuoteIdentifier("Version");
+  if (con.Query(SelectVersionSql(), {Variant(row)}).empty()) {
+    con.Execute(
+        "INSERT INTO " + table + " (" + name + ", " + ver + ") VALUES (?, ?)",
+        {Variant(row), Variant(version)});
+  } else {
+    con.Execute(
+        "UPDATE " + table + " SET " + ver + " = ? WHERE " + name + " = ?",
+        {Variant(version), Variant(row)});
+  }
+}
+
+}  // namespace qv
