@@ -1,0 +1,103 @@
+// Measures the cached path of CQvConnection::getTable for a name that needs
+// trimming and lower-casing against a plain hash-map lookup of the already
+// normalised name, and prints the ratio of the two.
+#include <benchmark/benchmark.h>
+#include <fmt/core.h>
+#include <unistd.h>
+
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <unordered_map>
+
+#include "bench_ratio.h"
+#include "com/safe_array.h"
+#include "data/cqv_connection.h"
+#include "datasource/db_connection.h"
+#include "datasource/qv_recordset.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+
+// A database with the table "raum" in a fresh temporary folder.
+class BenchDatabase {
+ public:
+  BenchDatabase()
+      : folder_(fs::temp_directory_path() /
+                ("qv_get_table_bench_" + std::to_string(::getpid()))) {
+    fs::create_directories(folder_);
+    const std::string path = (folder_ / "bench.qv3").string();
+    qv::ds::DbConnection::CreateDatabase(path);
+    connection_ = std::make_shared<qv::CQvConnection>();
+    connection_->m_conConnection->Open(
+        qv::ds::DbConnection::MakeConnectionString(path));
+    connection_->addTable("raum", 1,
+                          qv::Variant(qv::SafeArray{"Raum", 202, 20}),
+                          qv::Variant(qv::SafeArray{"Flaeche", 5}), false);
+    raum_ = connection_->getTable("raum");
+  }
+  ~BenchDatabase() {
+    raum_.reset();
+    connection_.reset();
+    std::error_code ignored;
+    fs::remove_all(folder_, ignored);
+  }
+
+  qv::CQvConnection& connection() { return *connection_; }
+  const std::shared_ptr<qv::ds::QvRecordset>& raum() const { return raum_; }
+
+ private:
+  fs::path folder_;
+  std::shared_ptr<qv::CQvConnection> connection_;
+  std::shared_ptr<qv::ds::QvRecordset> raum_;
+};
+
+BenchDatabase& Database() {
+  static BenchDatabase database;
+  return database;
+}
+
+void BM_GetTableCached(benchmark::State& state) {
+  qv::CQvConnection& connection = Database().connection();
+  const std::string name = "  Raum ";
+  for (auto _ : state) {
+    benchmark::DoNotOptimize(connection.getTable(name));
+  }
+}
+BENCHMARK(BM_GetTableCached);
+
+void BM_UnorderedMapLookup(benchmark::State& state) {
+  std::unordered_map<std::string, std::shared_ptr<qv::ds::QvRecordset>> map;
+  map.emplace("raum", Database().raum());
+  for (const char* other : {"gebaeude", "stock", "wohnung", "projekt"}) {
+    map.emplace(other, nullptr);
+  }
+  const std::string name = "raum";
+  for (auto _ : state) {
+    std::shared_ptr<qv::ds::QvRecordset> rs = map.find(name)->second;
+    benchmark::DoNotOptimize(rs);
+  }
+}
+BENCHMARK(BM_UnorderedMapLookup);
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  benchmark::Initialize(&argc, argv);
+  if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
+  qv::bench::RatioReporter reporter;
+  benchmark::RunSpecifiedBenchmarks(&reporter);
+  benchmark::Shutdown();
+  // CPU time, which a busy shared machine disturbs less than wall-clock time.
+  const double table = reporter.Cpu("BM_GetTableCached");
+  const double map = reporter.Cpu("BM_UnorderedMapLookup");
+  if (table > 0 && map > 0) {
+    fmt::print("getTable/unordered_map ratio: {:.2f} (target <= 3)\n",
+               table / map);
+    fmt::print("  (CPU time; wall-clock ratio {:.2f})\n",
+               reporter.Real("BM_GetTableCached") /
+                   reporter.Real("BM_UnorderedMapLookup"));
+  }
+  return 0;
+}
