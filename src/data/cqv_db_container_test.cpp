@@ -1,0 +1,203 @@
+#include "data/cqv_db_container.h"
+
+#include <gtest/gtest.h>
+#include <stdlib.h>
+
+#include <filesystem>
+#include <fstream>
+
+#include "com/class_factory.h"
+#include "com/text.h"
+#include "data/cqv_connection.h"
+#include "data/db_password.h"
+#include "data/qv_project.h"
+#include "datasource/db_connection.h"
+#include "datasource/qv_recordset.h"
+#include "testing/expect_error.h"
+#include "testing/temp_dir.h"
+
+namespace qv {
+namespace {
+
+namespace fs = std::filesystem;
+using testing::RaisesError;
+
+class CQvDbContainerTest : public ::testing::Test {
+ protected:
+  std::string NewProject(QvDbCatalogType catalog,
+                         const std::string& name = "Haus") {
+    return CreateQvProject(dir_.path(), name, {"VM"}, catalog).front();
+  }
+  int64_t Count(const std::string& file, const std::string& table) {
+    ds::DbConnection con;
+    con.Open(ds::DbConnection::MakeConnectionString(file));
+    return con.QueryValue("SELECT count(*) FROM \"" + table + "\"").ToLong();
+  }
+
+  testing::TempDir dir_;
+  CQvDbContainer container_;
+};
+
+TEST_F(CQvDbContainerTest, PathsDifferingInCaseOrBlanksShareOneConnection) {
+  const std::string file = NewProject(QvDbCatalogTypeLocal);
+  auto first = container_.getQvProjectConnection(file);
+  auto second = container_.getQvProjectConnection("  " + text::UCase(file) +
+                                                  " ");
+  ASSERT_TRUE(first);
+  EXPECT_EQ(first, second);
+  EXPECT_EQ(container_.OpenCount(), 1);
+  EXPECT_EQ(first->Datasource(), text::LCase(file));
+
+  container_.closeQvConnection(second);
+  EXPECT_EQ(container_.OpenCount(), 1);
+  EXPECT_EQ(first->m_conConnection->State(), 1);
+  container_.closeQvConnection(first);
+  EXPECT_EQ(container_.OpenCount(), 0);
+  EXPECT_EQ(first->m_conConnection->State(), 0);
+}
+
+TEST_F(CQvDbContainerTest, ClosingUnknownConnectionsFails) {
+  const std::string file = NewProject(QvDbCatalogTypeLocal);
+  CQvDbContainer other;
+  auto foreign = other.getQvProjectConnection(file);
+  EXPECT_TRUE(RaisesError([&] { container_.closeQvConnection(foreign); }, 3,
+                          "CQvDBContainer: unknown CQvConnection. Path :" +
+                              text::LCase(file),
+                          "CQvDBContainer.closeQvConnection"));
+  auto empty = std::make_shared<CQvConnection>();
+  empty->m_conConnection = std::make_shared<ds::DbConnection>();
+  EXPECT_TRUE(RaisesError([&] { container_.closeQvConnection(empty); }, 5,
+                          "CQvDBContainer: no data source in CQvConnection "
+                          "found",
+                          "CQvDBContainer.closeQvConnection"));
+  other.closeQvConnection(foreign);
+}
+
+TEST_F(CQvDbContainerTest, OpenConnectionChecksStateAndFile) {
+  const std::string file = NewProject(QvDbCatalogTypeLocal);
+  std::shared_ptr<ds::DbConnection> con;
+  EXPECT_TRUE(container_.openConnection(con, file));
+  EXPECT_NE(con->ConnectionString().find(QvPasswordSetting()),
+            std::string::npos);
+  EXPECT_TRUE(RaisesError([&] { container_.openConnection(con, file); }, 4,
+                          "CQvDBContainer: connection already opened (Path: " +
+                              file + ")",
+                          "CQvDBContainer.openConnection"));
+  container_.closeConnection(con);
+  EXPECT_EQ(con->State(), 0);
+
+  std::shared_ptr<ds::DbConnection> missing;
+  try {
+    container_.openConnection(missing, dir_.File("none.qv3"));
+    FAIL() << "opened a missing file";
+  } catch (const Error& e) {
+    EXPECT_EQ(e.number(), QvDbErrorUnknownFile);
+    EXPECT_EQ(e.description().rfind("CQvDBContainer: unknown File (Path: " +
+                                        dir_.File("none.qv3") + ")\r\n",
+                                    0),
+              0u)
+        << e.description();
+  }
+}
+
+TEST_F(CQvDbContainerTest, CatalogTypeAndLocalCatalogPath) {
+  const std::string local = NewProject(QvDbCatalogTypeLocal, "Haus");
+  EXPECT_EQ(container_.getQvProjectCatalogType(local), QvDbCatalogTypeLocal);
+  EXPECT_EQ(container_.OpenCount(), 0);  // the lookup gives its use back
+  EXPECT_EQ(container_.getCatalogPath(local, "VM", "ignored"),
+            dir_.path() + "/Haus.qv3/Katalog/Katalog_VM.qv3");
+
+  const std::string global = NewProject(QvDbCatalogTypeGlobal, "Hof");
+  EXPECT_EQ(container_.getQvProjectCatalogType(global), QvDbCatalogTypeGlobal);
+}
+
+TEST_F(CQvDbContainerTest, EmptyDescriptionMeansGlobalAndOddTypesFail) {
+  const std::string file = NewProject(QvDbCatalogTypeLocal);
+  ds::DbConnection con;
+  con.Open(ds::DbConnection::MakeConnectionString(file));
+  con.Execute("UPDATE \"beschreibung_t\" SET \"Katalogtyp\" = NULL");
+  EXPECT_EQ(container_.getQvProjectCatalogType(file), QvDbCatalogTypeGlobal);
+  con.Execute("UPDATE \"beschreibung_t\" SET \"Katalogtyp\" = 5");
+  EXPECT_TRUE(RaisesError([&] { container_.getCatalogPath(file, "VM", ""); },
+                          6, "CQvDBContainer: unknown catalog type"));
+  con.Execute("DELETE FROM \"beschreibung_t\"");
+  con.Execute("DELETE FROM \"beschreibung\"");
+  EXPECT_EQ(container_.getQvProjectCatalogType(file), QvDbCatalogTypeGlobal);
+}
+
+TEST_F(CQvDbContainerTest, GlobalCatalogComesFromThePathService) {
+  const std::string file = NewProject(QvDbCatalogTypeGlobal);
+  const std::string asc = dir_.File("enviroment.asc");
+  ::setenv("QV_ENVIROMENT_ASC", asc.c_str(), 1);
+  {
+    CQvDbContainer container;
+    EXPECT_TRUE(RaisesError([&] { container.getCatalogPath(file, "VM", ""); },
+                            0, "CQvDBContainer: 'enviroment.asc' not valid"));
+  }
+  std::ofstream(asc) << "CatalogPath = " << dir_.File("kat") << "\n";
+  {
+    CQvDbContainer container;
+    EXPECT_TRUE(RaisesError([&] { container.getCatalogPath(file, "VM", ""); },
+                            1,
+                            "CQvDBContainer: path in 'enviroment.asc' not "
+                            "valid"));
+  }
+  fs::create_directories(dir_.File("kat"));
+  CQvDbContainer container;
+  EXPECT_EQ(container.getCatalogPath(file, "EZ", "Hersteller"),
+            dir_.File("kat") + "/Hersteller/Katalog_EZ.qv3");
+  ::unsetenv("QV_ENVIROMENT_ASC");
+}
+
+TEST_F(CQvDbContainerTest, ClearAllTablesKeepsVersions) {
+  const std::string file = NewProject(QvDbCatalogTypeLocal);
+  auto con = container_.getQvProjectConnection(file);
+  AddRoomTables(*con);
+  FillSampleRooms(*con, 2, 2, 1, 2);
+  container_.closeQvConnection(con);
+  const int64_t versions = Count(file, "qvversions");
+  ASSERT_EQ(Count(file, "raum_t"), 8);
+
+  container_.ClearAllTables(file);
+  for (const char* table : {"gebaeude", "gebaeude_t", "stock_t", "raum",
+                            "raum_t", "beschreibung_t"}) {
+    EXPECT_EQ(Count(file, table), 0) << table;
+  }
+  EXPECT_EQ(Count(file, "qvversions"), versions);
+}
+
+TEST_F(CQvDbContainerTest, CompactionKeepsEveryRecordAndNoTemporaryFile) {
+  const std::string file = NewProject(QvDbCatalogTypeLocal);
+  auto con = container_.getQvProjectConnection(file);
+  AddRoomTables(*con);
+  FillSampleRooms(*con, 10, 10, 10, 100);  // 100,000 rooms
+  EXPECT_TRUE(RaisesError([&] { container_.compactQvProjectConnection(file); },
+                          QvDbErrorConnectionInUse,
+                          "CQvDBContainer: database in use, close its "
+                          "connections before compacting (Path: " +
+                              text::LCase(file) + ")",
+                          "CQvDBContainer.compactQvProjectConnection"));
+  container_.closeQvConnection(con);
+
+  std::ofstream(file + ".qvTmp") << "stale";
+  uint64_t last = 0, total = 0;
+  container_.compactQvProjectConnection(
+      file, [&](uint64_t written, uint64_t all) { last = written, total = all; });
+  EXPECT_FALSE(fs::exists(file + ".qvTmp"));
+  EXPECT_GT(total, 0u);
+  EXPECT_GT(last, 0u);
+  EXPECT_EQ(Count(file, "raum_t"), 100000);
+  EXPECT_EQ(Count(file, "raum"), 100000);
+}
+
+TEST_F(CQvDbContainerTest, ReachableByNameAndCreatable) {
+  const std::string file = NewProject(QvDbCatalogTypeLocal);
+  ObjectPtr container = CreateObject("qvglobal10.CQvDbContainer");
+  Variant con = container->Call("getQvProjectConnection", {Variant(file)});
+  EXPECT_EQ(container->Call("getQvProjectCatalogType", {Variant(file)}),
+            Variant(int32_t{1}));
+  container->Call("closeQvConnection", {con});
+}
+
+}  // namespace
+}  // namespace qv
