@@ -1,0 +1,121 @@
+#include "data/qv_project.h"
+
+#include <set>
+
+#include "com/error.h"
+#include "com/safe_array.h"
+#include "com/text.h"
+#include "data/cqv_connection.h"
+#include "datasource/db_connection.h"
+#include "datasource/qv_recordset.h"
+#include "modules/cpr_func.h"
+#include "modules/cqv_modul_defs.h"
+#include "platform/file_system.h"
+
+namespace qv {
+namespace {
+
+using platform::FileSystem;
+
+constexpr int32_t kTableVersion = 1;
+const char* const kLevels[] = {"Gebaeude", "Stock", "Wohnung", "Raum"};
+const char* const kKeyPrefix[] = {"G", "S", "W", "R"};
+
+// Runs `f` on a connection of its own to `path`.
+template <class F>
+void WithConnection(const std::string& path, F&& f) {
+  CQvDbContainer container;
+  auto con = container.getQvProjectConnection(path);
+  try {
+    f(*con);
+  } catch (...) {
+    container.closeQvConnection(con);
+    throw;
+  }
+  container.closeQvConnection(con);
+}
+
+SafeArray KeyColumns(int level) {
+  SafeArray key;
+  for (int i = 0; i <= level; ++i) {
+    key.Append(Variant(kLevels[i]));
+    key.Append(Variant(int32_t{202}));
+    key.Append(Variant(int32_t{20}));
+  }
+  return key;
+}
+
+}  // namespace
+
+void CreateModulDatabase(const std::string& path, QvDbCatalogType catalog) {
+  ds::DbConnection::CreateDatabase(path);
+  WithConnection(path, [catalog](CQvConnection& con) {
+    con.addTable("Beschreibung", kTableVersion,
+                 Variant(SafeArray{Variant("Nr"), Variant(int32_t{3})}),
+                 Variant(SafeArray{Variant("Katalogtyp"), Variant(int32_t{3})}),
+                 false);
+    auto rs = con.getTable("Beschreibung");
+    rs->setValue("Nr", Variant(int32_t{1}));
+    rs->setValue("Katalogtyp", Variant(static_cast<int32_t>(catalog)));
+    rs->insertRecord();
+  });
+}
+
+std::vector<std::string> CreateQvProject(const std::string& dir,
+                                         const std::string& name,
+                                         const std::vector<std::string>& moduls,
+                                         QvDbCatalogType catalog) {
+  CQvModulDefs defs;
+  CPRFunc_t_ naming;
+  std::set<std::string> seen;
+  std::vector<std::string> files;
+  const std::string folder = naming.ProjNameToPath(dir, name);
+  for (const std::string& modul : moduls) {
+    // Unknown codes fail with the module table's own text.
+    const std::string code = defs.GetExtension(defs.StrToModul(modul));
+    if (!seen.insert(code).second) {
+      throw Error::Object1000("Modul '" + code + "' ist doppelt angegeben.");
+    }
+    files.push_back(
+        FileSystem::BuildPath(folder, naming.ModulToFileName(name, code)));
+  }
+  FileSystem::Current()->CreateFolder(folder);
+  for (const std::string& file : files) CreateModulDatabase(file, catalog);
+  return files;
+}
+
+void AddRoomTables(CQvConnection& con) {
+  const Variant data(SafeArray{Variant("OrderNum"), Variant(int32_t{3}),
+                               Variant("Bezeichnung"), Variant(int32_t{202}),
+                               Variant(int32_t{50})});
+  for (int level = 0; level < 4; ++level) {
+    con.addTable(kLevels[level], kTableVersion, Variant(KeyColumns(level)),
+                 data, false);
+    if (level > 0) con.setChild(kLevels[level - 1], kLevels[level]);
+  }
+}
+
+void FillSampleRooms(CQvConnection& con, int buildings, int storeys,
+                     int apartments, int rooms) {
+  const int counts[] = {buildings, storeys, apartments, rooms};
+  std::shared_ptr<ds::QvRecordset> rs[4];
+  for (int level = 0; level < 4; ++level) rs[level] = con.getTable(kLevels[level]);
+  std::vector<std::string> keys(4);
+  // Depth-first: every record of a level is followed by its children.
+  std::function<void(int)> fill = [&](int level) {
+    for (int i = 1; i <= counts[level]; ++i) {
+      keys[level] = kKeyPrefix[level] + std::to_string(i);
+      for (int k = 0; k <= level; ++k) rs[level]->setValue(kLevels[k], keys[k]);
+      rs[level]->setValue("OrderNum", Variant(int32_t{i}));
+      rs[level]->setValue("Bezeichnung", Variant(std::string(kLevels[level]) +
+                                                 " " + keys[level]));
+      rs[level]->insertRecord();
+      if (level < 3) fill(level + 1);
+    }
+  };
+  ds::DbConnection::Transaction transaction(*con.m_conConnection);
+  fill(0);
+  transaction.Commit();
+}
+
+}  // namespace qv
