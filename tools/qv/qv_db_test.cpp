@@ -1,0 +1,102 @@
+// Runs the built qv tool's `project` and `db` commands as a user would and
+// checks files, output and exit status.
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <string>
+
+#include "datasource/db_connection.h"
+#include "testing/run_tool.h"
+#include "testing/temp_dir.h"
+
+#ifdef QVGLOBAL_QV_TOOL
+
+namespace qv {
+namespace {
+
+namespace fs = std::filesystem;
+using ::qv::testing::RunTool;
+using ::qv::testing::ToolRun;
+
+ToolRun RunQv(const std::string& args) {
+  return RunTool(QVGLOBAL_QV_TOOL, args);
+}
+
+class QvDbToolTest : public ::testing::Test {
+ protected:
+  std::string NewProject() {
+    const ToolRun run = RunQv("project new '" + dir_.path() +
+                              "' Haus --modules VM,ez --catalog global");
+    EXPECT_EQ(run.status, 0) << run.err;
+    EXPECT_EQ(run.out, dir_.path() + "/Haus.qv3/Haus_VM.qv3\n" + dir_.path() +
+                           "/Haus.qv3/Haus_EZ.qv3\n");
+    return dir_.path() + "/Haus.qv3/Haus_VM.qv3";
+  }
+  testing::TempDir dir_;
+};
+
+TEST_F(QvDbToolTest, ProjectNewCreatesModuleDatabases) {
+  const std::string file = NewProject();
+  EXPECT_TRUE(fs::exists(dir_.path() + "/Haus.qv3/Haus_EZ.qv3"));
+  const ToolRun info = RunQv("db info '" + file + "'");
+  EXPECT_EQ(info.status, 0) << info.err;
+  EXPECT_EQ(info.out, "Database " + file +
+                          "\nConnection version 0, database size 0\n"
+                          "Logical tables:\n"
+                          "  beschreibung     version 1    keys Nr\n"
+                          "Other tables: qvversions\n"
+                          "Relations:\n  none\n");
+}
+
+TEST_F(QvDbToolTest, UnknownModuleWritesNothing) {
+  const ToolRun run =
+      RunQv("project new '" + dir_.path() + "' Haus --modules VM,XY");
+  EXPECT_EQ(run.status, 1);
+  EXPECT_EQ(run.err,
+            "CQvModulDefs->GetProjectModul: Finde zu 'XY' kein Struktur\n");
+  EXPECT_FALSE(fs::exists(dir_.path() + "/Haus.qv3"));
+}
+
+TEST_F(QvDbToolTest, CheckClearAndCompact) {
+  const std::string file = NewProject();
+  ToolRun run = RunQv("db check '" + file + "'");
+  EXPECT_EQ(run.status, 0) << run.err;
+  EXPECT_EQ(run.out, "ok\n");
+
+  run = RunQv("db compact '" + file + "'");
+  EXPECT_EQ(run.status, 0) << run.err;
+  EXPECT_FALSE(fs::exists(file + ".qvTmp"));
+
+  run = RunQv("db clear '" + file + "'");
+  EXPECT_EQ(run.status, 0) << run.err;
+  ds::DbConnection con;
+  con.Open(ds::DbConnection::MakeConnectionString(file));
+  EXPECT_EQ(con.QueryValue("SELECT count(*) FROM beschreibung_t").ToLong(), 0);
+  EXPECT_EQ(con.QueryValue("SELECT count(*) FROM qvversions").ToLong(), 1);
+
+  // A row whose parent is missing is a fault.
+  con.Execute("CREATE TABLE p (k INTEGER PRIMARY KEY)");
+  con.Execute("CREATE TABLE c (k INTEGER REFERENCES p(k))");
+  con.Execute("PRAGMA foreign_keys = OFF");
+  con.Execute("INSERT INTO c VALUES (7)");
+  con.Close();
+  run = RunQv("db check '" + file + "'");
+  EXPECT_EQ(run.status, 1);
+  EXPECT_EQ(run.out, "row 1 of table 'c' has no parent in 'p'\n");
+  EXPECT_EQ(run.err, "1 fault(s) found in " + file + "\n");
+}
+
+TEST_F(QvDbToolTest, MissingFileFailsWithTheContainersText) {
+  const ToolRun run = RunQv("db info '" + dir_.path() + "/none.qv3'");
+  EXPECT_EQ(run.status, 1);
+  EXPECT_EQ(run.err.rfind("CQvDBContainer: unknown File (Path: " +
+                              dir_.path() + "/none.qv3)\r\n",
+                          0),
+            0u)
+      << run.err;
+}
+
+}  // namespace
+}  // namespace qv
+
+#endif  // QVGLOBAL_QV_TOOL
