@@ -5,11 +5,14 @@
 
 #include <gtest/gtest.h>
 
+#include <cstddef>
+#include <cstring>
 #include <memory>
 #include <string>
 
 #include "com/class_factory.h"
 #include "com/safe_array.h"
+#include "datasource/c_record_binding.h"
 #include "datasource/db_catalog.h"
 #include "datasource/db_connection.h"
 #include "datasource/qv_recordset.h"
@@ -112,6 +115,42 @@ TEST_F(CQvConnectionTest, AParentMustBeOpenedFirst) {
   std::shared_ptr<QvRecordset> raum = con().getTable("raum", true);
   ASSERT_NE(raum, nullptr);
   EXPECT_EQ(raum->getParent(), nullptr);
+}
+
+struct RaumRecord {
+  char gebaeude[21];
+  char raum[21];
+  double flaeche;
+};
+
+TEST_F(CQvConnectionTest, CTableIsFoundByTheCallersRecordStructure) {
+  db_.AddBuildingAndRoom();
+  AddRoom("G1", "R1", 12.5);
+  RaumRecord record{};
+  const QvCFieldLayout fields[] = {
+      {"Gebaeude", 202, offsetof(RaumRecord, gebaeude), 21},
+      {"Raum", 202, offsetof(RaumRecord, raum), 21},
+      {"Flaeche", 5, offsetof(RaumRecord, flaeche), sizeof(double)}};
+  ASSERT_EQ(qv_register_c_record(&record, " Raum ", fields, 3), 0);
+  Variant pointer(qv_c_record_pointer(&record));
+  std::shared_ptr<QvRecordset> raum = con().getCTable(pointer);
+  ASSERT_NE(raum, nullptr);
+  EXPECT_EQ(raum, con().getTable("raum"));
+  raum->moveFirst();
+  EXPECT_STREQ(record.raum, "R1");
+  EXPECT_EQ(record.flaeche, 12.5);
+
+  // A structure with a field the table lacks cannot be bound.
+  RaumRecord other{};
+  const QvCFieldLayout wrong[] = {
+      {"Hoehe", 5, offsetof(RaumRecord, flaeche), sizeof(double)}};
+  ASSERT_EQ(qv_register_c_record(&other, "raum", wrong, 1), 0);
+  Variant other_pointer(qv_c_record_pointer(&other));
+  EXPECT_EQ(con().getCTable(other_pointer), nullptr);
+  EXPECT_EQ(qv_unregister_c_record(&other), 0);
+  EXPECT_EQ(qv_unregister_c_record(&record), 0);
+  // An unknown structure names no table.
+  EXPECT_EQ(con().getCTable(pointer), nullptr);
 }
 
 TEST_F(CQvConnectionTest, DatasourceIsTheLowerCasePathOfTheConnectionString) {

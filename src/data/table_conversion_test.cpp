@@ -246,6 +246,16 @@ TEST_F(ConvertTableTest, TheCachedRecordSetSeesTheNewColumns) {
   EXPECT_EQ(Records("raum")[0][4], Variant(275));
 }
 
+TEST_F(ConvertTableTest, ATableWithoutDataTableGetsTheColumnsItself) {
+  catalog().CreateTable("liste", {{.name = "Nr", .type = 3}}, {"Nr"});
+  SafeArray param{"Text", 203};
+  con().convertTable("Liste", 2, param);
+  EXPECT_EQ(catalog().Columns("liste"),
+            (std::vector<ColumnDef>{{.name = "Nr", .type = 3},
+                                    {.name = "Text", .type = 203}}));
+  EXPECT_EQ(con().getTableVersion("liste"), 2);
+}
+
 TEST_F(ConvertTableTest, ReachedByNameWithTheArrayByReference) {
   Variant param(SafeArray{"Hoehe", 3});
   db_.shared_connection()->Call("CONVERTTABLE", {"raum", 4, param});

@@ -158,6 +158,17 @@ TEST_F(RelationTest, OpenedWithParentTheChildFollowsTheParent) {
   EXPECT_EQ(raum->getValue("Raum"), Variant("R3"));
 }
 
+TEST_F(RelationTest, OpenRecordSetsReadOnAfterTheRebuilds) {
+  std::shared_ptr<QvRecordset> raum = con().getTable("raum");
+  raum->readBlock(0, true);
+  con().setChild("gebaeude", "raum");
+  EXPECT_TRUE(raum->readBlock(0, true));
+  EXPECT_EQ(raum->getRecordCount(), 3);
+  con().delChild("gebaeude", "raum");
+  EXPECT_TRUE(raum->readBlock(0, true));
+  EXPECT_EQ(raum->getRecordCount(), 3);
+}
+
 TEST_F(RelationTest, DeletingAParentDeletesItsChildren) {
   con().setChild("gebaeude", "raum");
   std::shared_ptr<QvRecordset> gebaeude = Open("gebaeude");
