@@ -32,7 +32,8 @@ class RatioReporter : public benchmark::ConsoleReporter {
   double Real(const std::string& name) const { return Find(real_, name); }
 
  private:
-  static double Find(const std::map<std::string, double>& times, const std::string& name) {
+  static double Find(const std::map<std::string, double>& times,
+                     const std::string& name) {
     const auto it = times.find(name);
     return it == times.end() ? 0 : it->second;
   }
@@ -42,8 +43,9 @@ class RatioReporter : public benchmark::ConsoleReporter {
 
 // Runs the benchmarks and prints "<label>/raw ratio: X.XX (target <= T)".
 // Both benchmarks must use the same time unit.
-inline int RunWithRatio(int argc, char** argv, const std::string& ours, const std::string& raw,
-                        const char* label, double target) {
+inline int RunWithRatio(int argc, char** argv, const std::string& ours,
+                        const std::string& raw, const char* label,
+                        double target) {
   benchmark::Initialize(&argc, argv);
   if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
   RatioReporter reporter;
@@ -51,11 +53,13 @@ inline int RunWithRatio(int argc, char** argv, const std::string& ours, const st
   benchmark::Shutdown();
   const double a = reporter.Cpu(ours), b = reporter.Cpu(raw);
   if (a <= 0 || b <= 0) {
-    std::printf("%s/raw ratio: not measured (both benchmarks must run)\n", label);
+    std::printf("%s/raw ratio: not measured (both benchmarks must run)\n",
+                label);
     return 0;
   }
   std::printf("%s/raw ratio: %.2f (target <= %g)\n", label, a / b, target);
-  std::printf("  (CPU time; wall-clock ratio %.2f)\n", reporter.Real(ours) / reporter.Real(raw));
+  std::printf("  (CPU time; wall-clock ratio %.2f)\n",
+              reporter.Real(ours) / reporter.Real(raw));
   return 0;
 }
 

@@ -7,9 +7,8 @@
 // The database is built once in /tmp/qvglobal_bench and reused.
 #include <SQLiteCpp/Database.h>
 #include <SQLiteCpp/Statement.h>
-#include <sqlite3.h>
-
 #include <benchmark/benchmark.h>
+#include <sqlite3.h>
 
 #include <cstdio>
 #include <filesystem>
@@ -31,8 +30,10 @@ using qv::ds::DbConnection;
 constexpr int kPerLevel = 100;
 constexpr char kDir[] = "/tmp/qvglobal_bench";
 constexpr char kSelect[] =
-    "SELECT \"Projekt\", \"Gruppe\", \"Nr\", \"Name\", \"Wert\", \"Anzahl\" FROM \"messwert_t\" "
-    "WHERE \"Projekt\" = ?1 AND \"Gruppe\" = ?2 ORDER BY \"Projekt\", \"Gruppe\", \"Nr\"";
+    "SELECT \"Projekt\", \"Gruppe\", \"Nr\", \"Name\", \"Wert\", \"Anzahl\" "
+    "FROM \"messwert_t\" "
+    "WHERE \"Projekt\" = ?1 AND \"Gruppe\" = ?2 ORDER BY \"Projekt\", "
+    "\"Gruppe\", \"Nr\"";
 
 std::string DbPath() { return std::string(kDir) + "/read_block.qv3"; }
 
@@ -46,8 +47,10 @@ bool DatabaseIsComplete(const std::string& path) {
   if (!std::filesystem::exists(path)) return false;
   try {
     SQLite::Database db(path, SQLite::OPEN_READONLY);
-    return db.execAndGet("SELECT COUNT(*) FROM messwert_t").getInt() == kPerLevel * kPerLevel * kPerLevel &&
-           db.execAndGet("SELECT COUNT(*) FROM messwert").getInt() == kPerLevel * kPerLevel * kPerLevel;
+    return db.execAndGet("SELECT COUNT(*) FROM messwert_t").getInt() ==
+               kPerLevel * kPerLevel * kPerLevel &&
+           db.execAndGet("SELECT COUNT(*) FROM messwert").getInt() ==
+               kPerLevel * kPerLevel * kPerLevel;
   } catch (const std::exception&) {
     return false;
   }
@@ -72,8 +75,10 @@ void BuildDatabase(const std::string& path) {
   catalog.CreateTable("messwert", key_table, {"Projekt", "Gruppe", "Nr"});
   catalog.CreateTable("messwert_t", data_table, {"Projekt", "Gruppe", "Nr"});
   DbConnection::Transaction tx(con);
-  SQLite::Statement key_row(con.db(), "INSERT INTO messwert VALUES (?, ?, ?, NULL)");
-  SQLite::Statement data_row(con.db(), "INSERT INTO messwert_t VALUES (?, ?, ?, ?, ?, ?)");
+  SQLite::Statement key_row(con.db(),
+                            "INSERT INTO messwert VALUES (?, ?, ?, NULL)");
+  SQLite::Statement data_row(
+      con.db(), "INSERT INTO messwert_t VALUES (?, ?, ?, ?, ?, ?)");
   for (int p = 1; p <= kPerLevel; ++p) {
     const std::string projekt = Projekt(p);
     for (int g = 1; g <= kPerLevel; ++g) {
@@ -86,7 +91,8 @@ void BuildDatabase(const std::string& path) {
         data_row.bind(1, projekt);
         data_row.bind(2, g);
         data_row.bind(3, n);
-        data_row.bind(4, "Messung " + projekt + "/" + std::to_string(g) + "/" + std::to_string(n));
+        data_row.bind(4, "Messung " + projekt + "/" + std::to_string(g) + "/" +
+                             std::to_string(n));
         data_row.bind(5, p * 0.5 + g * 0.25 + n);
         data_row.bind(6, p + g + n);
         data_row.exec();
@@ -128,7 +134,8 @@ void BM_ReadBlock(benchmark::State& state) {
     rs->readBlock(2, true);
     rows += rs->getRecordCount();
   }
-  state.counters["rows/block"] = static_cast<double>(rows) / static_cast<double>(i);
+  state.counters["rows/block"] =
+      static_cast<double>(rows) / static_cast<double>(i);
 }
 BENCHMARK(BM_ReadBlock)->Unit(benchmark::kMicrosecond);
 
@@ -141,8 +148,9 @@ struct Row {
 };
 
 std::string Text(sqlite3_stmt* st, int col) {
-  return std::string(reinterpret_cast<const char*>(sqlite3_column_text(st, col)),
-                     static_cast<size_t>(sqlite3_column_bytes(st, col)));
+  return std::string(
+      reinterpret_cast<const char*>(sqlite3_column_text(st, col)),
+      static_cast<size_t>(sqlite3_column_bytes(st, col)));
 }
 
 void BM_RawBlock(benchmark::State& state) {
@@ -158,7 +166,8 @@ void BM_RawBlock(benchmark::State& state) {
   int64_t i = 0, total = 0;
   for (auto _ : state) {
     const auto [projekt, gruppe] = BlockKeys(i++);
-    sqlite3_bind_text(st, 1, projekt.data(), static_cast<int>(projekt.size()), SQLITE_TRANSIENT);
+    sqlite3_bind_text(st, 1, projekt.data(), static_cast<int>(projekt.size()),
+                      SQLITE_TRANSIENT);
     sqlite3_bind_int(st, 2, gruppe);
     rows.clear();
     while (sqlite3_step(st) == SQLITE_ROW) {
@@ -175,7 +184,8 @@ void BM_RawBlock(benchmark::State& state) {
     total += static_cast<int64_t>(rows.size());
     benchmark::DoNotOptimize(rows.data());
   }
-  state.counters["rows/block"] = static_cast<double>(total) / static_cast<double>(i);
+  state.counters["rows/block"] =
+      static_cast<double>(total) / static_cast<double>(i);
   sqlite3_finalize(st);
   sqlite3_close(db);
 }
@@ -185,5 +195,6 @@ BENCHMARK(BM_RawBlock)->Unit(benchmark::kMicrosecond);
 
 int main(int argc, char** argv) {
   Database();  // built before any timing
-  return qv::bench::RunWithRatio(argc, argv, "BM_ReadBlock", "BM_RawBlock", "readBlock", 2);
+  return qv::bench::RunWithRatio(argc, argv, "BM_ReadBlock", "BM_RawBlock",
+                                 "readBlock", 2);
 }

@@ -7,9 +7,8 @@
 // the room key of every room.
 //
 // The database is built once in /tmp/qvglobal_bench and reused.
-#include <sqlite3.h>
-
 #include <benchmark/benchmark.h>
+#include <sqlite3.h>
 
 #include <array>
 #include <filesystem>
@@ -37,7 +36,8 @@ constexpr char kDir[] = "/tmp/qvglobal_bench";
 int Count(sqlite3* db, const char* sql) {
   sqlite3_stmt* st = nullptr;
   int n = -1;
-  if (sqlite3_prepare_v2(db, sql, -1, &st, nullptr) == SQLITE_OK && sqlite3_step(st) == SQLITE_ROW) {
+  if (sqlite3_prepare_v2(db, sql, -1, &st, nullptr) == SQLITE_OK &&
+      sqlite3_step(st) == SQLITE_ROW) {
     n = sqlite3_column_int(st, 0);
   }
   sqlite3_finalize(st);
@@ -50,7 +50,8 @@ const std::string& Database() {
     sqlite3* db = nullptr;
     bool complete = false;
     if (std::filesystem::exists(p) &&
-        sqlite3_open_v2(p.c_str(), &db, SQLITE_OPEN_READONLY, nullptr) == SQLITE_OK) {
+        sqlite3_open_v2(p.c_str(), &db, SQLITE_OPEN_READONLY, nullptr) ==
+            SQLITE_OK) {
       complete = Count(db, "SELECT COUNT(*) FROM Raum_t") == kRooms &&
                  Count(db, "SELECT COUNT(*) FROM Raum") == kRooms;
     }
@@ -78,7 +79,8 @@ void BM_RecordsetWalk(benchmark::State& state) {
     }
     if (levels.size() > 1) levels[levels.size() - 2]->addChild(levels.back());
   }
-  QvRecordset &g = *levels[0], &s = *levels[1], &w = *levels[2], &r = *levels[3];
+  QvRecordset &g = *levels[0], &s = *levels[1], &w = *levels[2],
+              &r = *levels[3];
   int64_t rooms = 0;
   size_t checksum = 0;
   for (auto _ : state) {
@@ -94,7 +96,8 @@ void BM_RecordsetWalk(benchmark::State& state) {
       }
     }
   }
-  state.counters["rooms/walk"] = static_cast<double>(rooms) / static_cast<double>(state.iterations());
+  state.counters["rooms/walk"] =
+      static_cast<double>(rooms) / static_cast<double>(state.iterations());
   benchmark::DoNotOptimize(checksum);
 }
 BENCHMARK(BM_RecordsetWalk)->Unit(benchmark::kMillisecond);
@@ -109,18 +112,20 @@ struct Record {
 class RawLevel {
  public:
   RawLevel(sqlite3* db, int level) : level_(level) {
-    static const char* const kNames[] = {"Gebaeude", "Stock", "Wohnung", "Raum"};
+    static const char* const kNames[] = {"Gebaeude", "Stock", "Wohnung",
+                                         "Raum"};
     std::string columns, where, order = "\"OrderNum\"";
     for (int k = 0; k <= level; ++k) {
       columns += std::string("\"") + kNames[k] + "\", ";
       order += std::string(", \"") + kNames[k] + "\"";
       if (k < level) {
-        where += (k == 0 ? " WHERE \"" : " AND \"") + std::string(kNames[k]) + "\" = ?" +
-                 std::to_string(k + 1);
+        where += (k == 0 ? " WHERE \"" : " AND \"") + std::string(kNames[k]) +
+                 "\" = ?" + std::to_string(k + 1);
       }
     }
-    const std::string sql = "SELECT " + columns + "\"OrderNum\", \"Bezeichnung\" FROM \"" +
-                            kNames[level] + "_t\"" + where + " ORDER BY " + order;
+    const std::string sql =
+        "SELECT " + columns + "\"OrderNum\", \"Bezeichnung\" FROM \"" +
+        kNames[level] + "_t\"" + where + " ORDER BY " + order;
     sqlite3_prepare_v2(db, sql.c_str(), -1, &st_, nullptr);
   }
   ~RawLevel() { sqlite3_finalize(st_); }
@@ -129,7 +134,8 @@ class RawLevel {
   const std::vector<Record>& Read(const Record* parent) {
     for (int k = 0; k < level_; ++k) {
       const std::string& key = parent->keys[k];
-      sqlite3_bind_text(st_, k + 1, key.data(), static_cast<int>(key.size()), SQLITE_STATIC);
+      sqlite3_bind_text(st_, k + 1, key.data(), static_cast<int>(key.size()),
+                        SQLITE_STATIC);
     }
     records_.clear();
     while (sqlite3_step(st_) == SQLITE_ROW) {
@@ -145,8 +151,9 @@ class RawLevel {
 
  private:
   std::string Text(int col) {
-    return std::string(reinterpret_cast<const char*>(sqlite3_column_text(st_, col)),
-                       static_cast<size_t>(sqlite3_column_bytes(st_, col)));
+    return std::string(
+        reinterpret_cast<const char*>(sqlite3_column_text(st_, col)),
+        static_cast<size_t>(sqlite3_column_bytes(st_, col)));
   }
 
   int level_;
@@ -173,7 +180,8 @@ void BM_RawWalk(benchmark::State& state) {
         }
       }
     }
-    state.counters["rooms/walk"] = static_cast<double>(rooms) / static_cast<double>(state.iterations());
+    state.counters["rooms/walk"] =
+        static_cast<double>(rooms) / static_cast<double>(state.iterations());
     benchmark::DoNotOptimize(checksum);
   }
   sqlite3_close(db);
@@ -184,5 +192,6 @@ BENCHMARK(BM_RawWalk)->Unit(benchmark::kMillisecond);
 
 int main(int argc, char** argv) {
   Database();  // built before any timing
-  return qv::bench::RunWithRatio(argc, argv, "BM_RecordsetWalk", "BM_RawWalk", "room walk", 3);
+  return qv::bench::RunWithRatio(argc, argv, "BM_RecordsetWalk", "BM_RawWalk",
+                                 "room walk", 3);
 }

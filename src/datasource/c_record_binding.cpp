@@ -42,7 +42,8 @@ bool SizeFits(int type, size_t size) {
   }
 }
 
-// Whether a structure member of C type `c_type` can hold a field of `field_type`.
+// Whether a structure member of C type `c_type` can hold a field of
+// `field_type`.
 bool CanHold(int c_type, int field_type) {
   switch (c_type) {
     case kAdVarWChar:
@@ -147,15 +148,17 @@ std::shared_ptr<const CRecordLayout> FindCRecord(const Variant& pointer) {
   }
   const double d = pointer.ToDouble();
   if (!(d >= 0 && d < 9007199254740992.0) || std::floor(d) != d) return nullptr;
-  const void* address = reinterpret_cast<const void*>(static_cast<uintptr_t>(d));
+  const void* address =
+      reinterpret_cast<const void*>(static_cast<uintptr_t>(d));
   Registry& r = TheRegistry();
   std::lock_guard lock(r.mutex);
   const auto it = r.records.find(address);
   return it == r.records.end() ? nullptr : it->second;
 }
 
-std::unique_ptr<CRecordBinding> CRecordBinding::Bind(std::shared_ptr<const CRecordLayout> layout,
-                                                     const std::vector<ColumnDef>& fields) {
+std::unique_ptr<CRecordBinding> CRecordBinding::Bind(
+    std::shared_ptr<const CRecordLayout> layout,
+    const std::vector<ColumnDef>& fields) {
   auto binding = std::unique_ptr<CRecordBinding>(new CRecordBinding);
   for (const QvCFieldLayout& f : layout->fields) {
     int found = -1;
@@ -188,14 +191,16 @@ void CRecordBinding::CopyIn(std::vector<Variant>& buffer) const {
   if (!layout) return;
   const char* base = static_cast<const char*>(layout->address);
   for (size_t i = 0; i < field_of_.size(); ++i) {
-    buffer[field_of_[i]] = ReadMember(base + layout->fields[i].offset, layout->fields[i]);
+    buffer[field_of_[i]] =
+        ReadMember(base + layout->fields[i].offset, layout->fields[i]);
   }
 }
 
 }  // namespace qv::ds
 
 extern "C" int qv_register_c_record(void* address, const char* table,
-                                    const QvCFieldLayout* fields, size_t count) {
+                                    const QvCFieldLayout* fields,
+                                    size_t count) {
   using qv::ds::CRecordLayout;
   if (!address || !table || !*table || !fields || count == 0) return -1;
   auto layout = std::make_shared<CRecordLayout>();

@@ -45,8 +45,8 @@ typedef struct QvCFieldLayout {
  * fields. A second registration of the same address replaces the first.
  * Returns 0, or -1 when an argument is invalid (null pointer, no fields,
  * unknown type, a size that does not fit the type, an empty name). */
-int qv_register_c_record(void* address, const char* table, const QvCFieldLayout* fields,
-                         size_t count);
+int qv_register_c_record(void* address, const char* table,
+                         const QvCFieldLayout* fields, size_t count);
 /* Forgets the structure at `address`; returns 0, or -1 when it was not
  * registered. */
 int qv_unregister_c_record(void* address);
@@ -85,8 +85,9 @@ class CRecordBinding {
  public:
   // The binding of `layout` to a record set with `fields`; nullptr when a
   // structure field names no field or its C type cannot hold the field's.
-  static std::unique_ptr<CRecordBinding> Bind(std::shared_ptr<const CRecordLayout> layout,
-                                              const std::vector<ColumnDef>& fields);
+  static std::unique_ptr<CRecordBinding> Bind(
+      std::shared_ptr<const CRecordLayout> layout,
+      const std::vector<ColumnDef>& fields);
 
   // Record buffer -> structure.
   void CopyOut(std::span<const Variant> buffer) const;

@@ -42,7 +42,8 @@ const QvCFieldLayout kMessungFields[] = {
     {"Datum", kAdDate, offsetof(Messung, datum), sizeof(double)},
     {"Anzahl", kAdSmallInt, offsetof(Messung, anzahl), sizeof(int16_t)},
 };
-constexpr size_t kMessungCount = sizeof kMessungFields / sizeof kMessungFields[0];
+constexpr size_t kMessungCount =
+    sizeof kMessungFields / sizeof kMessungFields[0];
 
 class CRecordBindingTest : public ::testing::Test {
  protected:
@@ -59,10 +60,13 @@ class CRecordBindingTest : public ::testing::Test {
                                   {"Anzahl", kAdSmallInt}},
                                  {"Name", "Nr"});
     con_->Execute(
-        "INSERT INTO messung VALUES ('A', 1, 1.25, -1, '2024-05-06 07:08:09', 12), "
+        "INSERT INTO messung VALUES ('A', 1, 1.25, -1, '2024-05-06 07:08:09', "
+        "12), "
         "('Überlänge', 2, -3.5, 0, NULL, NULL)");
     std::memset(&rec_, 0x5A, sizeof rec_);
-    ASSERT_EQ(qv_register_c_record(&rec_, "Messung", kMessungFields, kMessungCount), 0);
+    ASSERT_EQ(
+        qv_register_c_record(&rec_, "Messung", kMessungFields, kMessungCount),
+        0);
     ptr_ = CRecordPointer(&rec_);
   }
   void TearDown() override { qv_unregister_c_record(&rec_); }
@@ -88,8 +92,11 @@ TEST_F(CRecordBindingTest, RegistrationChecksTheLayout) {
   bad = kMessungFields[0];
   bad.type = kAdLongVarBinary;
   EXPECT_EQ(qv_register_c_record(&other, "messung", &bad, 1), -1);
-  EXPECT_EQ(qv_register_c_record(nullptr, "messung", kMessungFields, kMessungCount), -1);
-  EXPECT_EQ(qv_register_c_record(&other, "", kMessungFields, kMessungCount), -1);
+  EXPECT_EQ(
+      qv_register_c_record(nullptr, "messung", kMessungFields, kMessungCount),
+      -1);
+  EXPECT_EQ(qv_register_c_record(&other, "", kMessungFields, kMessungCount),
+            -1);
   EXPECT_EQ(qv_register_c_record(&other, "messung", kMessungFields, 0), -1);
   EXPECT_EQ(qv_unregister_c_record(&other), -1);
 }
@@ -102,8 +109,9 @@ TEST_F(CRecordBindingTest, ThePointerVariantNamesTheTable) {
   Variant other = CRecordPointer(&unknown);
   EXPECT_EQ(spare.tableNameFromCPointer(other), "");
   Variant text("0x1234");
-  EXPECT_TRUE(qv::testing::RaisesError([&] { spare.tableNameFromCPointer(text); },
-                                       err::kTypeMismatch, "Type mismatch"));
+  EXPECT_TRUE(
+      qv::testing::RaisesError([&] { spare.tableNameFromCPointer(text); },
+                               err::kTypeMismatch, "Type mismatch"));
 }
 
 TEST_F(CRecordBindingTest, EveryMoveCopiesTheCurrentRecordIntoTheStructure) {
@@ -115,7 +123,8 @@ TEST_F(CRecordBindingTest, EveryMoveCopiesTheCurrentRecordIntoTheStructure) {
   EXPECT_EQ(rec_.datum, MakeDate(2024, 5, 6, 7, 8, 9).serial);
   EXPECT_EQ(rec_.anzahl, 12);
   rs->moveNext();
-  EXPECT_STREQ(rec_.name, "Überl");  // 7 bytes at most, cut before the next character
+  EXPECT_STREQ(rec_.name,
+               "Überl");  // 7 bytes at most, cut before the next character
   EXPECT_EQ(rec_.nr, 2);
   EXPECT_EQ(rec_.wert, -3.5);
   EXPECT_EQ(rec_.aktiv, 0);
@@ -128,13 +137,16 @@ TEST_F(CRecordBindingTest, InsertAndUpdateTakeTheStructuresValues) {
   rec_.wert = 9.5;
   rec_.aktiv = 1;
   rs->updateRecord();
-  EXPECT_EQ(con_->QueryValue("SELECT Wert FROM messung WHERE Name = 'A'"), Variant(9.5));
-  EXPECT_EQ(con_->QueryValue("SELECT Aktiv FROM messung WHERE Name = 'A'"), Variant(true));
+  EXPECT_EQ(con_->QueryValue("SELECT Wert FROM messung WHERE Name = 'A'"),
+            Variant(9.5));
+  EXPECT_EQ(con_->QueryValue("SELECT Aktiv FROM messung WHERE Name = 'A'"),
+            Variant(true));
   std::strcpy(rec_.name, "B");
   rec_.nr = 7;
   rec_.anzahl = -5;
   rs->insertRecord();
-  EXPECT_EQ(con_->QueryValue("SELECT Anzahl FROM messung WHERE Name = 'B' AND Nr = 7"),
+  EXPECT_EQ(con_->QueryValue(
+                "SELECT Anzahl FROM messung WHERE Name = 'B' AND Nr = 7"),
             Variant(int16_t{-5}));
   EXPECT_EQ(rs->getValue("Name"), Variant("B"));
 }
@@ -170,10 +182,12 @@ TEST_F(CRecordBindingTest, UnregisteringDetachesTheStructure) {
 TEST_F(CRecordBindingTest, MembersAreReachedByName) {
   ObjectPtr spare = CreateObject("qvglobal10.QvRecordset");
   std::vector<Variant> args{ptr_};
-  EXPECT_EQ(spare->Invoke("tableNameFromCPointer", InvokeKind::kMethod, args), Variant("Messung"));
+  EXPECT_EQ(spare->Invoke("tableNameFromCPointer", InvokeKind::kMethod, args),
+            Variant("Messung"));
   ObjectPtr rs = CreateObject("qvglobal10.QvRecordset");
   rs->Call("openTable", {Variant(con_), Variant("messung")});
-  EXPECT_EQ(rs->Invoke("attachCPointer", InvokeKind::kMethod, args), Variant(true));
+  EXPECT_EQ(rs->Invoke("attachCPointer", InvokeKind::kMethod, args),
+            Variant(true));
   rs->Call("moveLast");
   EXPECT_EQ(rec_.nr, 2);
 }

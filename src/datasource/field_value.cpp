@@ -22,16 +22,18 @@ std::string ColumnText(const ColumnDef& column, std::string_view table) {
 }
 
 [[noreturn]] void RaiseConversion(const Error& e, const Variant& value,
-                                  const ColumnDef& column, std::string_view table,
+                                  const ColumnDef& column,
+                                  std::string_view table,
                                   std::string_view source) {
-  const std::string what = e.number() == err::kOverflow ? "Overflow" : "Type mismatch";
+  const std::string what =
+      e.number() == err::kOverflow ? "Overflow" : "Type mismatch";
   throw Error(e.number(), std::string(source),
               what + ": " + ColumnText(column, table) + " cannot take " +
                   value.Describe());
 }
 
-Variant Convert(const Variant& value, const ColumnDef& column, std::string_view table,
-                std::string_view source) {
+Variant Convert(const Variant& value, const ColumnDef& column,
+                std::string_view table, std::string_view source) {
   switch (column.type) {
     case kAdVarWChar:
     case kAdLongVarWChar: {
@@ -122,7 +124,8 @@ Variant ToColumnValue(const Variant& value, const ColumnDef& column,
                       std::string_view table, std::string_view source) {
   if (value.IsEmpty() || value.IsNull()) return Variant(kNull);
   try {
-    if (value.IsObject() || value.IsArray()) throw Error::Runtime(err::kTypeMismatch);
+    if (value.IsObject() || value.IsArray())
+      throw Error::Runtime(err::kTypeMismatch);
     return Convert(value, column, table, source);
   } catch (const Error& e) {
     if (e.number() == err::kTypeMismatch || e.number() == err::kOverflow) {

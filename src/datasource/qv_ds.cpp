@@ -41,7 +41,8 @@ void QvDs::loadFromRecordset(std::shared_ptr<QvRecordset> rs,
     const int16_t f = rs->getFieldIndex(name);
     if (f < 0) {
       throw Error(err::kObjectError1000, Source("loadFromRecordset"),
-                  "field '" + name + "' not found in table '" + rs->getTableName() + "'");
+                  "field '" + name + "' not found in table '" +
+                      rs->getTableName() + "'");
     }
     fields.push_back(f);
   }
@@ -67,7 +68,8 @@ void QvDs::sortBy(const std::string& column) {
   std::stable_sort(order_.begin(), order_.end(), [&](int32_t a, int32_t b) {
     return CompareForSort(At(a, c), At(b, c)) < 0;
   });
-  for (int32_t ordinal = 0; ordinal < rows_; ++ordinal) ordinal_of_[order_[ordinal]] = ordinal;
+  for (int32_t ordinal = 0; ordinal < rows_; ++ordinal)
+    ordinal_of_[order_[ordinal]] = ordinal;
 }
 
 Variant QvDs::getValue(int32_t row, const std::string& col) const {
@@ -86,7 +88,8 @@ int32_t QvDs::ordinalForRecord(int32_t record) const {
   return record >= 0 && record < rows_ ? ordinal_of_[record] : -1;
 }
 
-std::optional<std::string> QvDs::LookupKey(const std::vector<const Variant*>& values) {
+std::optional<std::string> QvDs::LookupKey(
+    const std::vector<const Variant*>& values) {
   std::string key;
   for (const Variant* v : values) {
     if (v->IsNull() || v->IsEmpty()) return std::nullopt;
@@ -103,7 +106,8 @@ int32_t QvDs::findRow(const std::vector<int32_t>& column_indexes,
                 RuntimeErrorText(err::kInvalidProcedureCall));
   }
   std::string signature;
-  for (int32_t c : column_indexes) signature += std::to_string(CheckedColumn(c, "findRow")) + ',';
+  for (int32_t c : column_indexes)
+    signature += std::to_string(CheckedColumn(c, "findRow")) + ',';
   std::vector<const Variant*> parts;
   for (const Variant& v : values) parts.push_back(&v);
   const std::optional<std::string> wanted = LookupKey(parts);
@@ -111,8 +115,10 @@ int32_t QvDs::findRow(const std::vector<int32_t>& column_indexes,
   auto [index, created] = indexes_.try_emplace(signature);
   if (created) {
     for (int32_t r = 0; r < rows_; ++r) {
-      for (size_t i = 0; i < column_indexes.size(); ++i) parts[i] = &At(r, column_indexes[i]);
-      if (std::optional<std::string> key = LookupKey(parts)) index->second.try_emplace(*key, r);
+      for (size_t i = 0; i < column_indexes.size(); ++i)
+        parts[i] = &At(r, column_indexes[i]);
+      if (std::optional<std::string> key = LookupKey(parts))
+        index->second.try_emplace(*key, r);
     }
   }
   const auto found = index->second.find(*wanted);
@@ -125,7 +131,8 @@ void QvDs::setRowValue(int32_t row, const std::string& col, Variant v) {
   const std::string mark = std::to_string(c);
   std::erase_if(indexes_, [&](const auto& entry) {
     const std::string& sig = entry.first;
-    return sig.rfind(mark + ',', 0) == 0 || sig.find(',' + mark + ',') != std::string::npos;
+    return sig.rfind(mark + ',', 0) == 0 ||
+           sig.find(',' + mark + ',') != std::string::npos;
   });
 }
 
@@ -136,15 +143,16 @@ void QvDs::beginRenumber() {
   renumber_from_ = std::move(numbers);
 }
 
-std::vector<std::vector<Variant>> QvDs::ChangedRowKeys(int32_t order_col,
-                                                       std::vector<Variant>& values) const {
+std::vector<std::vector<Variant>> QvDs::ChangedRowKeys(
+    int32_t order_col, std::vector<Variant>& values) const {
   std::vector<int32_t> key_cols;
   for (int16_t k = 0; k < rs_->getKeyCount(); ++k) {
     const int32_t c = getColumnIndex(rs_->getFieldName(k));
     if (c < 0) {
       throw Error(err::kObjectError1000, Source("endRenumber"),
-                  "the data set does not hold the key column '" + rs_->getFieldName(k) +
-                      "' of table '" + rs_->getTableName() + "'");
+                  "the data set does not hold the key column '" +
+                      rs_->getFieldName(k) + "' of table '" +
+                      rs_->getTableName() + "'");
     }
     key_cols.push_back(c);
   }
@@ -152,7 +160,8 @@ std::vector<std::vector<Variant>> QvDs::ChangedRowKeys(int32_t order_col,
   for (int32_t r = 0; r < rows_; ++r) {
     const Variant& now = At(r, order_col);
     const Variant& before = (*renumber_from_)[r];
-    if (CompareForSort(now, before) == 0 && now.type() == before.type()) continue;
+    if (CompareForSort(now, before) == 0 && now.type() == before.type())
+      continue;
     std::vector<Variant> key;
     for (int32_t c : key_cols) key.push_back(At(r, c));
     keys.push_back(std::move(key));
@@ -163,13 +172,15 @@ std::vector<std::vector<Variant>> QvDs::ChangedRowKeys(int32_t order_col,
 
 void QvDs::endRenumber() {
   if (!renumber_from_ || !rs_) {
-    throw Error(err::kObjectError1000, Source("endRenumber"), "no renumbering has begun");
+    throw Error(err::kObjectError1000, Source("endRenumber"),
+                "no renumbering has begun");
   }
   const int32_t c = ColumnByName(std::string(kOrderNumColumn), "endRenumber");
   std::vector<Variant> values;
   const std::vector<std::vector<Variant>> keys = ChangedRowKeys(c, values);
   if (!keys.empty()) {
-    rs_->writeFieldByKeys(rs_->getFieldIndex(std::string(kOrderNumColumn)), keys, values);
+    rs_->writeFieldByKeys(rs_->getFieldIndex(std::string(kOrderNumColumn)),
+                          keys, values);
   }
   renumber_from_.reset();
 }
@@ -212,7 +223,8 @@ ClassInfo QvDs::BuildClassInfo() {
   };
   return ClassBuilder<QvDs>("QvDs")
       .Method("loadFromRecordset",
-              [strings](QvDs& self, std::shared_ptr<QvRecordset> rs, SafeArray columns) {
+              [strings](QvDs& self, std::shared_ptr<QvRecordset> rs,
+                        SafeArray columns) {
                 self.loadFromRecordset(std::move(rs), strings(columns));
               })
       .Method("setLevel", &QvDs::setLevel)

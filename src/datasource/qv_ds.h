@@ -32,7 +32,8 @@ class QvDs : public qv::Dispatchable<QvDs> {
  public:
   // Loads the records of the record set's current block (without moving
   // it), with the named fields as columns; the order is the load order.
-  void loadFromRecordset(std::shared_ptr<QvRecordset> rs, const std::vector<std::string>& columns);
+  void loadFromRecordset(std::shared_ptr<QvRecordset> rs,
+                         const std::vector<std::string>& columns);
   void setLevel(int32_t level) { level_ = level; }
   int32_t getLevel() const { return level_; }
   // Stable sort by a column: Null first, then numbers, then text without
@@ -58,7 +59,9 @@ class QvDs : public qv::Dispatchable<QvDs> {
   void beginRenumber();
   void endRenumber();
 
-  int32_t getColumnCount() const { return static_cast<int32_t>(columns_.size()); }
+  int32_t getColumnCount() const {
+    return static_cast<int32_t>(columns_.size());
+  }
   std::string getColumnName(int32_t col) const;
   int32_t getColumnIndex(const std::string& name) const;  // -1 when none
 
@@ -69,14 +72,18 @@ class QvDs : public qv::Dispatchable<QvDs> {
   int32_t CheckedColumn(int32_t col, const char* member) const;
   int32_t ColumnByName(const std::string& name, const char* member) const;
   Variant& At(int32_t row, int32_t col) { return values_[Offset(row, col)]; }
-  const Variant& At(int32_t row, int32_t col) const { return values_[Offset(row, col)]; }
+  const Variant& At(int32_t row, int32_t col) const {
+    return values_[Offset(row, col)];
+  }
   size_t Offset(int32_t row, int32_t col) const {
-    return static_cast<size_t>(row) * columns_.size() + static_cast<size_t>(col);
+    return static_cast<size_t>(row) * columns_.size() +
+           static_cast<size_t>(col);
   }
   // The lookup key of a row's (or the wanted) values; nullopt with a Null.
-  static std::optional<std::string> LookupKey(const std::vector<const Variant*>& values);
-  std::vector<std::vector<Variant>> ChangedRowKeys(int32_t order_col,
-                                                   std::vector<Variant>& values) const;
+  static std::optional<std::string> LookupKey(
+      const std::vector<const Variant*>& values);
+  std::vector<std::vector<Variant>> ChangedRowKeys(
+      int32_t order_col, std::vector<Variant>& values) const;
 
   std::shared_ptr<QvRecordset> rs_;
   std::vector<std::string> columns_;
@@ -87,7 +94,9 @@ class QvDs : public qv::Dispatchable<QvDs> {
   std::vector<int32_t> ordinal_of_;  // record -> ordinal
   std::optional<std::vector<Variant>> renumber_from_;
   // Lookup indexes by column list ("0,1,2,3") -> key -> first record.
-  mutable std::unordered_map<std::string, std::unordered_map<std::string, int32_t>> indexes_;
+  mutable std::unordered_map<std::string,
+                             std::unordered_map<std::string, int32_t>>
+      indexes_;
 };
 
 }  // namespace qv::ds

@@ -34,7 +34,8 @@ class QvDsTest : public ::testing::Test {
     std::vector<std::string> keys;
     rs.setValue("Gebaeude", Variant("G1"));
     rs.readBlock(1, true);
-    for (rs.moveFirst(); !rs.isEOF(); rs.moveNext()) keys.push_back(rs.getValue("Stock").ToString());
+    for (rs.moveFirst(); !rs.isEOF(); rs.moveNext())
+      keys.push_back(rs.getValue("Stock").ToString());
     return keys;
   }
 
@@ -57,14 +58,18 @@ TEST_F(QvDsTest, LoadsTheCurrentBlockWithoutMovingTheRecordSet) {
   EXPECT_EQ(ds.getValue(0, "raum"), Variant("R3"));
   EXPECT_EQ(ds.getValue(2, 1), Variant("Raum G2/S1/W1/R1"));
   EXPECT_EQ(rooms->getPosition(), 1);
-  EXPECT_TRUE(RaisesError([&] { ds.loadFromRecordset(rooms, {"Raum", "Nope"}); },
-                          err::kObjectError1000, "field 'Nope' not found in table 'raum'",
-                          "QvDs.loadFromRecordset"));
+  EXPECT_TRUE(RaisesError(
+      [&] {
+        ds.loadFromRecordset(rooms, {"Raum", "Nope"});
+      },
+      err::kObjectError1000, "field 'Nope' not found in table 'raum'",
+      "QvDs.loadFromRecordset"));
   EXPECT_EQ(ds.getRowCount(), 3);  // unchanged by the failed load
   EXPECT_TRUE(RaisesError([&] { ds.getValue(3, 0); }, err::kSubscriptOutOfRange,
                           "Subscript out of range", "QvDs.getValue"));
-  EXPECT_TRUE(RaisesError([&] { ds.getValue(0, "Stock"); }, err::kObjectError1000,
-                          "column 'Stock' not found in the data set", "QvDs.getValue"));
+  EXPECT_TRUE(
+      RaisesError([&] { ds.getValue(0, "Stock"); }, err::kObjectError1000,
+                  "column 'Stock' not found in the data set", "QvDs.getValue"));
 }
 
 TEST_F(QvDsTest, SortIsStableAndMapsOrdinalsToRecords) {
@@ -79,7 +84,8 @@ TEST_F(QvDsTest, SortIsStableAndMapsOrdinalsToRecords) {
   EXPECT_EQ(ds_.ordinalForRecord(2), 0);
   EXPECT_EQ(ds_.recordForOrdinal(3), -1);
   EXPECT_EQ(ds_.ordinalForRecord(-1), -1);
-  EXPECT_EQ(ds_.getValue(0, "Stock"), Variant("S3"));  // records keep their numbers
+  EXPECT_EQ(ds_.getValue(0, "Stock"),
+            Variant("S3"));  // records keep their numbers
 }
 
 TEST_F(QvDsTest, SortPutsNullFirstThenNumbersThenTextWithoutRegardToCase) {
@@ -101,21 +107,31 @@ TEST_F(QvDsTest, SortPutsNullFirstThenNumbersThenTextWithoutRegardToCase) {
 TEST_F(QvDsTest, FindRowByTheValuesOfSomeColumns) {
   auto rooms = db_.Open("raum");
   QvDs ds;
-  ds.loadFromRecordset(rooms, {"Gebaeude", "Stock", "Wohnung", "Raum", "OrderNum"});
+  ds.loadFromRecordset(rooms,
+                       {"Gebaeude", "Stock", "Wohnung", "Raum", "OrderNum"});
   ASSERT_EQ(ds.getRowCount(), 36);
-  const int32_t row = ds.findRow({0, 1, 2, 3}, {Variant("g2"), Variant("s1"), Variant("w2"), Variant("r1")});
+  const int32_t row = ds.findRow({0, 1, 2, 3}, {Variant("g2"), Variant("s1"),
+                                                Variant("w2"), Variant("r1")});
   ASSERT_GE(row, 0);
   EXPECT_EQ(rooms->getBlockValue(row, 3), Variant("R1"));
   EXPECT_EQ(rooms->getBlockValue(row, 0), Variant("G2"));
-  EXPECT_EQ(ds.findRow({0, 1, 2, 3}, {Variant("G2"), Variant("S1"), Variant("W2"), Variant("R4")}), -1);
+  EXPECT_EQ(ds.findRow({0, 1, 2, 3}, {Variant("G2"), Variant("S1"),
+                                      Variant("W2"), Variant("R4")}),
+            -1);
   EXPECT_EQ(ds.findRow({3}, {Variant(kNull)}), -1);
   // The 12 rooms R3 (OrderNum 0) and the 12 rooms R2 come first.
-  EXPECT_EQ(ds.findRow({4, 3}, {Variant("20"), Variant("r1")}), 24);  // numbers as text
+  EXPECT_EQ(ds.findRow({4, 3}, {Variant("20"), Variant("r1")}),
+            24);  // numbers as text
   ds.setRowValue(row, "Raum", Variant("R9"));
-  EXPECT_EQ(ds.findRow({0, 1, 2, 3}, {Variant("G2"), Variant("S1"), Variant("W2"), Variant("R9")}), row);
-  EXPECT_EQ(ds.findRow({0, 1, 2, 3}, {Variant("G2"), Variant("S1"), Variant("W2"), Variant("R1")}), -1);
-  EXPECT_TRUE(RaisesError([&] { ds.findRow({5}, {Variant(1)}); }, err::kSubscriptOutOfRange,
-                          "Subscript out of range", "QvDs.findRow"));
+  EXPECT_EQ(ds.findRow({0, 1, 2, 3}, {Variant("G2"), Variant("S1"),
+                                      Variant("W2"), Variant("R9")}),
+            row);
+  EXPECT_EQ(ds.findRow({0, 1, 2, 3}, {Variant("G2"), Variant("S1"),
+                                      Variant("W2"), Variant("R1")}),
+            -1);
+  EXPECT_TRUE(RaisesError([&] { ds.findRow({5}, {Variant(1)}); },
+                          err::kSubscriptOutOfRange, "Subscript out of range",
+                          "QvDs.findRow"));
 }
 
 TEST_F(QvDsTest, RenumberingWritesTheChangedOrderNumbersBack) {
@@ -125,8 +141,10 @@ TEST_F(QvDsTest, RenumberingWritesTheChangedOrderNumbersBack) {
   ds_.setRowValue(2, "OrderNum", Variant(int32_t{5}));   // S1 first
   ds_.endRenumber();
   auto other = db_.Open("stock");
-  EXPECT_EQ(StoreysInOrder(*other), (std::vector<std::string>{"S1", "S2", "S3"}));
-  EXPECT_EQ(storeys_->getValue("Stock"), Variant("S2"));  // read again, same record
+  EXPECT_EQ(StoreysInOrder(*other),
+            (std::vector<std::string>{"S1", "S2", "S3"}));
+  EXPECT_EQ(storeys_->getValue("Stock"),
+            Variant("S2"));  // read again, same record
   EXPECT_EQ(storeys_->getPosition(), 1);
   EXPECT_EQ(storeys_->getBlockValue(0, 1), Variant("S1"));
 }
@@ -135,12 +153,14 @@ TEST_F(QvDsTest, ARenumberingThatFailsWritesNothing) {
   ds_.beginRenumber();
   ds_.setRowValue(0, "OrderNum", Variant(int32_t{30}));
   ds_.setRowValue(2, "OrderNum", Variant("oben"));
-  EXPECT_TRUE(RaisesError([&] { ds_.endRenumber(); }, err::kTypeMismatch,
-                          "Type mismatch: column 'OrderNum' of table 'stock' cannot take String "
-                          "\"oben\"",
-                          "QvDs.endRenumber"));
+  EXPECT_TRUE(RaisesError(
+      [&] { ds_.endRenumber(); }, err::kTypeMismatch,
+      "Type mismatch: column 'OrderNum' of table 'stock' cannot take String "
+      "\"oben\"",
+      "QvDs.endRenumber"));
   auto other = db_.Open("stock");
-  EXPECT_EQ(StoreysInOrder(*other), (std::vector<std::string>{"S3", "S2", "S1"}));
+  EXPECT_EQ(StoreysInOrder(*other),
+            (std::vector<std::string>{"S3", "S2", "S1"}));
 }
 
 TEST_F(QvDsTest, RenumberingNeedsItsBeginningAndTheKeyColumns) {
@@ -150,25 +170,33 @@ TEST_F(QvDsTest, RenumberingNeedsItsBeginningAndTheKeyColumns) {
   without_key.loadFromRecordset(storeys_, {"Gebaeude", "OrderNum"});
   without_key.beginRenumber();
   without_key.setRowValue(0, "OrderNum", Variant(int32_t{1}));
-  EXPECT_TRUE(RaisesError([&] { without_key.endRenumber(); }, err::kObjectError1000,
-                          "the data set does not hold the key column 'Stock' of table 'stock'",
-                          "QvDs.endRenumber"));
+  EXPECT_TRUE(RaisesError(
+      [&] { without_key.endRenumber(); }, err::kObjectError1000,
+      "the data set does not hold the key column 'Stock' of table 'stock'",
+      "QvDs.endRenumber"));
   QvDs without_order;
   without_order.loadFromRecordset(storeys_, {"Gebaeude", "Stock"});
-  EXPECT_TRUE(RaisesError([&] { without_order.beginRenumber(); }, err::kObjectError1000,
-                          "column 'OrderNum' not found in the data set", "QvDs.beginRenumber"));
+  EXPECT_TRUE(RaisesError(
+      [&] { without_order.beginRenumber(); }, err::kObjectError1000,
+      "column 'OrderNum' not found in the data set", "QvDs.beginRenumber"));
 }
 
 TEST_F(QvDsTest, MembersAreReachedByName) {
   ObjectPtr ds = CreateObject("qvglobal10.QvDs");
-  ds->Call("loadFromRecordset", {Variant(storeys_), Variant(SafeArray{"Stock", "OrderNum"})});
+  ds->Call("loadFromRecordset",
+           {Variant(storeys_), Variant(SafeArray{"Stock", "OrderNum"})});
   ds->Call("setLevel", {Variant(int32_t{2})});
   EXPECT_EQ(ds->Call("getLevel"), Variant(int32_t{2}));
   ds->Call("sortBy", {Variant("Stock")});
-  EXPECT_EQ(ds->Call("recordForOrdinal", {Variant(int32_t{0})}), Variant(int32_t{2}));
-  EXPECT_EQ(ds->Call("getValue", {Variant(int32_t{2}), Variant("Stock")}), Variant("S1"));
-  EXPECT_EQ(ds->Call("getValue", {Variant(int32_t{2}), Variant(int16_t{1})}), Variant(int32_t{20}));
-  EXPECT_EQ(ds->Call("findRow", {Variant(SafeArray{0}), Variant(SafeArray{"s2"})}), Variant(int32_t{1}));
+  EXPECT_EQ(ds->Call("recordForOrdinal", {Variant(int32_t{0})}),
+            Variant(int32_t{2}));
+  EXPECT_EQ(ds->Call("getValue", {Variant(int32_t{2}), Variant("Stock")}),
+            Variant("S1"));
+  EXPECT_EQ(ds->Call("getValue", {Variant(int32_t{2}), Variant(int16_t{1})}),
+            Variant(int32_t{20}));
+  EXPECT_EQ(
+      ds->Call("findRow", {Variant(SafeArray{0}), Variant(SafeArray{"s2"})}),
+      Variant(int32_t{1}));
 }
 
 }  // namespace

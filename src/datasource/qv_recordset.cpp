@@ -18,7 +18,9 @@
 namespace qv::ds {
 namespace {
 
-std::string Source(const char* member) { return std::string("QvRecordset.") + member; }
+std::string Source(const char* member) {
+  return std::string("QvRecordset.") + member;
+}
 
 }  // namespace
 
@@ -41,7 +43,8 @@ void QvRecordset::Reset() {
   block_keys_.clear();
 }
 
-bool QvRecordset::openTable(std::shared_ptr<DbConnection> con, const std::string& name) {
+bool QvRecordset::openTable(std::shared_ptr<DbConnection> con,
+                            const std::string& name) {
   Reset();
   try {
     if (!con || con->State() != DbConnection::kStateOpen) return false;
@@ -52,7 +55,8 @@ bool QvRecordset::openTable(std::shared_ptr<DbConnection> con, const std::string
     layout_ = std::make_unique<TableLayout>(std::move(*layout));
     statements_ = std::make_unique<StatementCache>(*con_);
     writer_ = std::make_unique<RecordWriter>(*con_, *layout_, table_name_);
-    statements_->Get(0, [&] { return layout_->SelectSql(0, false); });  // checks the SQL
+    statements_->Get(
+        0, [&] { return layout_->SelectSql(0, false); });  // checks the SQL
     buffer_.assign(static_cast<size_t>(layout_->field_count()), Variant());
     state_ = parent_ ? BlockState::kStale : BlockState::kWholeTable;
     buffer_filled_ = false;
@@ -64,7 +68,9 @@ bool QvRecordset::openTable(std::shared_ptr<DbConnection> con, const std::string
 }
 
 void QvRecordset::RequireOpen(const char* member) const {
-  if (!IsOpen()) throw Error(err::kObjectError1000, Source(member), "the record set is not open");
+  if (!IsOpen())
+    throw Error(err::kObjectError1000, Source(member),
+                "the record set is not open");
 }
 
 void QvRecordset::RequireRecord(const char* member) const {
@@ -78,16 +84,19 @@ void QvRecordset::RequireRecord(const char* member) const {
 
 int QvRecordset::CheckedField(int pos, const char* member) const {
   if (pos < 0 || pos >= getFieldCount()) {
-    throw Error(err::kSubscriptOutOfRange, Source(member), RuntimeErrorText(err::kSubscriptOutOfRange));
+    throw Error(err::kSubscriptOutOfRange, Source(member),
+                RuntimeErrorText(err::kSubscriptOutOfRange));
   }
   return pos;
 }
 
-int QvRecordset::FieldByName(const std::string& name, const char* member) const {
+int QvRecordset::FieldByName(const std::string& name,
+                             const char* member) const {
   const int pos = IsOpen() ? layout_->FieldIndex(name) : -1;
   if (pos < 0) {
-    throw Error(err::kObjectError1000, Source(member),
-                "field '" + name + "' not found in table '" + table_name_ + "'");
+    throw Error(
+        err::kObjectError1000, Source(member),
+        "field '" + name + "' not found in table '" + table_name_ + "'");
   }
   return pos;
 }
@@ -126,8 +135,9 @@ void QvRecordset::EnsureBlock() const {
 
 void QvRecordset::Load() const {
   try {
-    SQLite::Statement& s =
-        statements_->Get(static_cast<size_t>(block_n_), [&] { return layout_->SelectSql(block_n_, false); });
+    SQLite::Statement& s = statements_->Get(static_cast<size_t>(block_n_), [&] {
+      return layout_->SelectSql(block_n_, false);
+    });
     BindParams(s, block_keys_);
     rows_->Load(s, layout_->read_kinds());
   } catch (...) {
@@ -142,7 +152,8 @@ void QvRecordset::Load() const {
 void QvRecordset::LoadFirstRecord() const {
   const auto slot = static_cast<size_t>(layout_->key_count()) + 1;
   try {
-    SQLite::Statement& s = statements_->Get(slot, [&] { return layout_->SelectSql(0, true); });
+    SQLite::Statement& s =
+        statements_->Get(slot, [&] { return layout_->SelectSql(0, true); });
     rows_->Load(s, layout_->read_kinds());
   } catch (...) {
     RethrowAsDbError(Source("readBlock"), con_->Path());
@@ -216,7 +227,8 @@ void QvRecordset::MarkChildrenStale() const {
   for (const std::weak_ptr<QvRecordset>& weak : children_) {
     const std::shared_ptr<QvRecordset> child = weak.lock();
     // A stale record set's descendants are stale already.
-    if (!child || !child->IsOpen() || child->state_ == BlockState::kStale) continue;
+    if (!child || !child->IsOpen() || child->state_ == BlockState::kStale)
+      continue;
     child->state_ = BlockState::kStale;
     child->MarkChildrenStale();
   }
@@ -233,20 +245,28 @@ void QvRecordset::setParent(std::shared_ptr<QvRecordset> parent) {
                   "a record set cannot be its own parent or ancestor");
     }
   }
-  if (state_ == BlockState::kStale && parent_ != parent) Narrow();  // keeps its block
+  if (state_ == BlockState::kStale && parent_ != parent)
+    Narrow();  // keeps its block
   if (parent_ && parent_ != parent) {
-    std::erase_if(parent_->children_, [this](const std::weak_ptr<QvRecordset>& w) {
-      const auto c = w.lock();
-      return !c || c.get() == this;
-    });
+    std::erase_if(parent_->children_,
+                  [this](const std::weak_ptr<QvRecordset>& w) {
+                    const auto c = w.lock();
+                    return !c || c.get() == this;
+                  });
   }
   parent_ = std::move(parent);
   if (!parent_) return;
-  const bool known = std::any_of(parent_->children_.begin(), parent_->children_.end(),
-                                 [this](const std::weak_ptr<QvRecordset>& w) {
-                                   return w.lock().get() == this;
-                                 });
-  if (!known) parent_->children_.push_back(getRecordset());
+  const bool known =
+      std::any_of(parent_->children_.begin(), parent_->children_.end(),
+                  [this](const std::weak_ptr<QvRecordset>& w) {
+                    return w.lock().get() == this;
+                  });
+  if (!known) {
+    std::erase_if(parent_->children_, [](const std::weak_ptr<QvRecordset>& w) {
+      return w.expired();
+    });
+    parent_->children_.push_back(getRecordset());
+  }
   if (IsOpen()) {
     state_ = BlockState::kStale;
     MarkChildrenStale();
@@ -295,7 +315,8 @@ Variant QvRecordset::getFieldValue(int16_t pos) const {
 void QvRecordset::setFieldValue(int16_t pos, Variant v) {
   const int field = CheckedField(pos, "setFieldValue");
   if (v.IsObject() || v.IsArray()) {
-    throw Error(err::kTypeMismatch, Source("setFieldValue"), RuntimeErrorText(err::kTypeMismatch));
+    throw Error(err::kTypeMismatch, Source("setFieldValue"),
+                RuntimeErrorText(err::kTypeMismatch));
   }
   EnsureBuffer();
   buffer_[field] = std::move(v);
@@ -308,14 +329,15 @@ Variant QvRecordset::getValue(const std::string& field) const {
 }
 
 void QvRecordset::setValue(const std::string& field, Variant v) {
-  setFieldValue(static_cast<int16_t>(FieldByName(field, "setValue")), std::move(v));
+  setFieldValue(static_cast<int16_t>(FieldByName(field, "setValue")),
+                std::move(v));
 }
 
 Variant QvRecordset::getKeyValues() const {
   if (!IsOpen()) return Variant(SafeArray());
   EnsureBuffer();
-  return Variant(SafeArray(std::vector<Variant>(buffer_.begin(),
-                                                buffer_.begin() + layout_->key_count())));
+  return Variant(SafeArray(std::vector<Variant>(
+      buffer_.begin(), buffer_.begin() + layout_->key_count())));
 }
 
 void QvRecordset::clearVars() {
@@ -333,16 +355,20 @@ bool QvRecordset::readBlock(int16_t n, bool reread) {
   if (n < 0 || n > layout_->key_count()) {
     throw Error(err::kInvalidProcedureCall, Source("readBlock"),
                 "key count " + std::to_string(n) + " out of range 0 to " +
-                    std::to_string(layout_->key_count()) + " for table '" + table_name_ + "'");
+                    std::to_string(layout_->key_count()) + " for table '" +
+                    table_name_ + "'");
   }
-  if (state_ == BlockState::kStale) {  // the buffer was not used since: take the parent's keys
+  if (state_ == BlockState::kStale) {  // the buffer was not used since: take
+                                       // the parent's keys
     std::vector<Variant> keys;
     if (parent_->IsOpen()) parent_->CurrentKeys(keys);
     const size_t m = std::min(keys.size(), buffer_.size());
-    std::copy(keys.begin(), keys.begin() + static_cast<ptrdiff_t>(m), buffer_.begin());
+    std::copy(keys.begin(), keys.begin() + static_cast<ptrdiff_t>(m),
+              buffer_.begin());
   }
   const bool same = !reread && state_ == BlockState::kLoaded && block_n_ == n &&
-                    std::equal(block_keys_.begin(), block_keys_.end(), buffer_.begin(), KeyEquals);
+                    std::equal(block_keys_.begin(), block_keys_.end(),
+                               buffer_.begin(), KeyEquals);
   if (!same) {
     block_n_ = n;
     block_keys_.assign(buffer_.begin(), buffer_.begin() + n);
@@ -409,7 +435,8 @@ void QvRecordset::moveLast() {
 void QvRecordset::moveTo(int32_t ordinal) {
   if (IsOpen()) EnsureBlock();
   if (!IsOpen() || ordinal < 0 || ordinal >= rows_->size()) {
-    throw Error(err::kSubscriptOutOfRange, Source("moveTo"), RuntimeErrorText(err::kSubscriptOutOfRange));
+    throw Error(err::kSubscriptOutOfRange, Source("moveTo"),
+                RuntimeErrorText(err::kSubscriptOutOfRange));
   }
   StandOn(ordinal);
 }

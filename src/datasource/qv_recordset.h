@@ -84,8 +84,9 @@ class QvRecordset : public qv::Dispatchable<QvRecordset> {
   void setFieldValue(int16_t pos, qv::Variant v);
   qv::Variant getValue(const std::string& field) const;
   void setValue(const std::string& field, qv::Variant v);
-  qv::Variant getKeyValues() const;  // array (lbound 0) of the buffer's key values
-  void clearVars();            // every buffer field -> Empty
+  qv::Variant getKeyValues()
+      const;         // array (lbound 0) of the buffer's key values
+  void clearVars();  // every buffer field -> Empty
 
   // Reads the block of the records whose first n keys equal the buffer's
   // and stands on its first record; true when the block is not empty. With
@@ -127,7 +128,8 @@ class QvRecordset : public qv::Dispatchable<QvRecordset> {
   // Sets field `field` of each record keys[i] (all key values) to
   // values[i] in one transaction, then reads the block again, keeping the
   // current record.
-  void writeFieldByKeys(int16_t field, const std::vector<std::vector<qv::Variant>>& keys,
+  void writeFieldByKeys(int16_t field,
+                        const std::vector<std::vector<qv::Variant>>& keys,
                         const std::vector<qv::Variant>& values);
 
   static qv::ClassInfo BuildClassInfo();
@@ -135,10 +137,10 @@ class QvRecordset : public qv::Dispatchable<QvRecordset> {
  private:
   // What the block needs before it can be used.
   enum class BlockState {
-    kLoaded,           // rows_ hold the block
-    kWholeTable,       // after opening: all records, not read yet
-    kStale,            // the parent has moved: narrow to its current record
-    kReload,           // written: read again and stand on reload_keys_
+    kLoaded,      // rows_ hold the block
+    kWholeTable,  // after opening: all records, not read yet
+    kStale,       // the parent has moved: narrow to its current record
+    kReload,      // written: read again and stand on reload_keys_
   };
 
   void Reset();
@@ -179,9 +181,10 @@ class QvRecordset : public qv::Dispatchable<QvRecordset> {
 
   mutable std::vector<Variant> buffer_;
   mutable BlockState state_ = BlockState::kLoaded;
-  mutable bool buffer_filled_ = false;  // kWholeTable: buffer holds the first record
-  mutable int32_t pos_ = 0;             // -1 before the first record, size at the end
-  mutable int block_n_ = 0;             // key count of the block
+  mutable bool buffer_filled_ =
+      false;                 // kWholeTable: buffer holds the first record
+  mutable int32_t pos_ = 0;  // -1 before the first record, size at the end
+  mutable int block_n_ = 0;  // key count of the block
   mutable std::vector<Variant> block_keys_;
   mutable std::vector<Variant> reload_keys_;
 

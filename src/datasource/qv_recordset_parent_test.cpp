@@ -31,7 +31,8 @@ class QvRecordsetParentTest : public ::testing::Test {
     std::vector<std::string> keys;
     QvRecordset& rs = level(i);
     const int16_t own = static_cast<int16_t>(rs.getKeyCount() - 1);
-    for (int32_t r = 0; r < rs.getRecordCount(); ++r) keys.push_back(rs.getBlockValue(r, own).ToString());
+    for (int32_t r = 0; r < rs.getRecordCount(); ++r)
+      keys.push_back(rs.getBlockValue(r, own).ToString());
     return keys;
   }
 
@@ -48,7 +49,8 @@ TEST_F(QvRecordsetParentTest, ChildrenShowTheRecordsOfTheParentsCurrentRecord) {
   level(1).moveLast();  // S1
   level(2).moveTo(1);   // W1
   EXPECT_EQ(Keys(3), (std::vector<std::string>{"R3", "R2", "R1"}));
-  EXPECT_EQ(level(3).getKeyValues().ToArray(), SafeArray({"G1", "S1", "W1", "R3"}));
+  EXPECT_EQ(level(3).getKeyValues().ToArray(),
+            SafeArray({"G1", "S1", "W1", "R3"}));
   level(0).moveFirst();  // G2: everything below follows
   EXPECT_EQ(level(3).getValue("Bezeichnung"), Variant("Raum G2/S3/W2/R3"));
   EXPECT_EQ(level(2).getParent().get(), &level(1));
@@ -60,16 +62,20 @@ TEST_F(QvRecordsetParentTest, AParentOffItsBlockLeavesTheChildrenEmpty) {
   EXPECT_TRUE(level(0).isEOF());
   EXPECT_TRUE(level(1).isBlockEmpty());
   EXPECT_TRUE(level(3).isBlockEmpty());
-  EXPECT_EQ(level(3).getValue("Gebaeude"), Variant("G1"));  // the leading keys stay
+  EXPECT_EQ(level(3).getValue("Gebaeude"),
+            Variant("G1"));  // the leading keys stay
   EXPECT_TRUE(level(3).getValue("Raum").IsEmpty());
   level(0).movePrevious();
   EXPECT_EQ(level(3).getRecordCount(), 3);
 }
 
-TEST_F(QvRecordsetParentTest, ChildrenAreReadWhenNextUsedNotWhenTheParentMoves) {
+TEST_F(QvRecordsetParentTest,
+       ChildrenAreReadWhenNextUsedNotWhenTheParentMoves) {
   level(0).moveNext();  // G1; its storeys are read at their next use
-  db_.con()->Execute("DELETE FROM stock WHERE Gebaeude = 'G1' AND Stock = 'S2'");
-  db_.con()->Execute("DELETE FROM stock_t WHERE Gebaeude = 'G1' AND Stock = 'S2'");
+  db_.con()->Execute(
+      "DELETE FROM stock WHERE Gebaeude = 'G1' AND Stock = 'S2'");
+  db_.con()->Execute(
+      "DELETE FROM stock_t WHERE Gebaeude = 'G1' AND Stock = 'S2'");
   EXPECT_EQ(Keys(1), (std::vector<std::string>{"S3", "S1"}));
 }
 
@@ -93,7 +99,8 @@ TEST_F(QvRecordsetParentTest, ReadBlockOfAStaleChildStartsFromTheParentsKeys) {
 }
 
 TEST_F(QvRecordsetParentTest, LinksRefuseACycleAndCanBeUndone) {
-  EXPECT_TRUE(RaisesError([&] { level(0).setParent(levels_[3]); }, err::kInvalidProcedureCall,
+  EXPECT_TRUE(RaisesError([&] { level(0).setParent(levels_[3]); },
+                          err::kInvalidProcedureCall,
                           "a record set cannot be its own parent or ancestor",
                           "QvRecordset.setParent"));
   level(1).setParent(nullptr);
@@ -112,7 +119,8 @@ TEST_F(QvRecordsetParentTest, SavedPositionSurvivesOtherMovesAndReads) {
   level(3).moveTo(1);
   ASSERT_NE(level(3).getValue("Gebaeude"), Variant("G1"));
   EXPECT_TRUE(level(3).loadIterPos(pos));
-  EXPECT_EQ(level(3).getKeyValues().ToArray(), SafeArray({"G1", "S2", "W2", "R1"}));
+  EXPECT_EQ(level(3).getKeyValues().ToArray(),
+            SafeArray({"G1", "S2", "W2", "R1"}));
   EXPECT_EQ(level(3).getPosition(), 2);
   EXPECT_EQ(level(3).getRecordCount(), 3);
 }
@@ -146,7 +154,8 @@ TEST_F(QvRecordsetParentTest, APositionOffTheBlockIsRestoredAsSuch) {
   EXPECT_EQ(level(3).getRecordCount(), 3);
 }
 
-TEST_F(QvRecordsetParentTest, ClearClipboardOnlyForTheSameTableNameInTheSameCase) {
+TEST_F(QvRecordsetParentTest,
+       ClearClipboardOnlyForTheSameTableNameInTheSameCase) {
   auto clipboard = std::make_shared<CQvClipboard>();
   SetCurrentClipboard(clipboard);
   auto held = db_.Open("raum");

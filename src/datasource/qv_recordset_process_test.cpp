@@ -4,10 +4,9 @@
 // makes each wait for the other's lock instead of failing. (SQLite's lock
 // waits are not fair: a process that commits back to back without pause
 // can starve another one beyond any timeout.)
+#include <gtest/gtest.h>
 #include <sys/wait.h>
 #include <unistd.h>
-
-#include <gtest/gtest.h>
 
 #include <cstdio>
 #include <string>
@@ -41,7 +40,8 @@ int InsertRooms(const std::string& path) {
     }
     return 0;
   } catch (const Error& e) {
-    fprintf(stderr, "child: %s (%s)\n", e.description().c_str(), e.source().c_str());
+    fprintf(stderr, "child: %s (%s)\n", e.description().c_str(),
+            e.source().c_str());
     return 1;
   }
 }
@@ -60,7 +60,8 @@ TEST(QvRecordsetProcessTest, ASecondProcessWritesWhileOneReadsAndWrites) {
   std::string failure;
   int status = 0;
   // At least some rounds, and as long as the writer runs.
-  for (int round = 0; round < 20 || waitpid(child, &status, WNOHANG) == 0; ++round) {
+  for (int round = 0; round < 20 || waitpid(child, &status, WNOHANG) == 0;
+       ++round) {
     try {
       reader->setValue("Gebaeude", Variant("G1"));
       reader->setValue("Stock", Variant("S1"));
@@ -69,7 +70,8 @@ TEST(QvRecordsetProcessTest, ASecondProcessWritesWhileOneReadsAndWrites) {
       if (reader->getRecordCount() < seen) failure = "rows went missing";
       seen = reader->getRecordCount();
       if (round % 4 == 0) {
-        updater->setValue("Bezeichnung", Variant("Stand " + std::to_string(++updates)));
+        updater->setValue("Bezeichnung",
+                          Variant("Stand " + std::to_string(++updates)));
         updater->updateRecord();
       }
       usleep(2000);
@@ -82,14 +84,17 @@ TEST(QvRecordsetProcessTest, ASecondProcessWritesWhileOneReadsAndWrites) {
   EXPECT_EQ(failure, "");
   DbConnection check;
   check.Open(DbConnection::MakeConnectionString(db.path()));
-  EXPECT_EQ(check.QueryValue("SELECT COUNT(*) FROM raum_t WHERE Gebaeude = 'G1' AND Stock = 'S1' "
-                             "AND Wohnung = 'W1'"),
-            Variant(int32_t{2 + kInserted}));
+  EXPECT_EQ(
+      check.QueryValue(
+          "SELECT COUNT(*) FROM raum_t WHERE Gebaeude = 'G1' AND Stock = 'S1' "
+          "AND Wohnung = 'W1'"),
+      Variant(int32_t{2 + kInserted}));
   EXPECT_EQ(check.QueryValue("SELECT COUNT(*) FROM raum WHERE Gebaeude = 'G1'"),
             Variant(int32_t{8 + kInserted}));
   // The updater stands on the first room of G2 in block order.
-  EXPECT_EQ(check.QueryValue("SELECT Bezeichnung FROM raum_t WHERE Gebaeude = 'G2' AND "
-                             "Stock = 'S1' AND Wohnung = 'W1' AND Raum = 'R2'"),
+  EXPECT_EQ(check.QueryValue(
+                "SELECT Bezeichnung FROM raum_t WHERE Gebaeude = 'G2' AND "
+                "Stock = 'S1' AND Wohnung = 'W1' AND Raum = 'R2'"),
             Variant("Stand " + std::to_string(updates)));
 }
 

@@ -2,9 +2,9 @@
 // C record structures and the dispatch interface.
 #include <algorithm>
 
+#include "com/class_factory.h"
 #include "com/dispatch.h"
 #include "com/error.h"
-#include "com/class_factory.h"
 #include "com/safe_array.h"
 #include "com/text.h"
 #include "datasource/c_record_binding.h"
@@ -70,8 +70,9 @@ void QvRecordset::deleteRecord() {
   StandOn(pos_);
 }
 
-void QvRecordset::writeFieldByKeys(int16_t field, const std::vector<std::vector<Variant>>& keys,
-                                   const std::vector<Variant>& values) {
+void QvRecordset::writeFieldByKeys(
+    int16_t field, const std::vector<std::vector<Variant>>& keys,
+    const std::vector<Variant>& values) {
   RequireOpen("writeFieldByKeys");
   const int f = CheckedField(field, "writeFieldByKeys");
   if (keys.size() != values.size() ||
@@ -99,7 +100,8 @@ void QvRecordset::saveIterPos(Variant& pos) {
   }
   std::vector<Variant> keys;
   const bool on_record = CurrentKeys(keys);
-  std::vector<Variant> items{Variant(static_cast<int16_t>(block_n_)), Variant(on_record)};
+  std::vector<Variant> items{Variant(static_cast<int16_t>(block_n_)),
+                             Variant(on_record)};
   items.insert(items.end(), keys.begin(), keys.end());
   pos = Variant(SafeArray(std::move(items)));
 }
@@ -128,7 +130,8 @@ bool QvRecordset::loadIterPos(const Variant& pos) {
     StandOn(rows_->size());
     return true;
   }
-  const int row = rows_->FindKeys(std::span<const Variant>(&*first, static_cast<size_t>(keys)));
+  const int row = rows_->FindKeys(
+      std::span<const Variant>(&*first, static_cast<size_t>(keys)));
   StandOn(std::max(row, 0));
   return row >= 0;
 }
@@ -157,10 +160,12 @@ bool QvRecordset::attachCPointer(Variant& ptr) {
   } catch (const Error&) {
     return false;
   }
-  if (!layout || !text::EqualsText(text::Trim(layout->table), text::Trim(table_name_))) {
+  if (!layout ||
+      !text::EqualsText(text::Trim(layout->table), text::Trim(table_name_))) {
     return false;
   }
-  std::unique_ptr<CRecordBinding> binding = CRecordBinding::Bind(layout, layout_->fields());
+  std::unique_ptr<CRecordBinding> binding =
+      CRecordBinding::Bind(layout, layout_->fields());
   if (!binding) return false;
   binding_ = std::move(binding);
   EnsureBuffer();

@@ -12,6 +12,7 @@
 #include "com/safe_array.h"
 #include "datasource/db_catalog.h"
 #include "datasource/db_connection.h"
+#include "datasource/db_error.h"
 #include "testing/expect_error.h"
 #include "testing/room_schema.h"
 
@@ -36,25 +37,28 @@ std::string Text(const QvRecordset& rs, const std::string& field) {
 std::vector<std::string> RoomKeys(QvRecordset& rs) {
   std::vector<std::string> keys;
   for (rs.moveFirst(); !rs.isEOF(); rs.moveNext()) {
-    keys.push_back(Text(rs, "Gebaeude") + "/" + Text(rs, "Stock") + "/" + Text(rs, "Wohnung") +
-                   "/" + Text(rs, "Raum"));
+    keys.push_back(Text(rs, "Gebaeude") + "/" + Text(rs, "Stock") + "/" +
+                   Text(rs, "Wohnung") + "/" + Text(rs, "Raum"));
   }
   return keys;
 }
 
 void SetKeys(QvRecordset& rs, const std::vector<std::string>& keys) {
-  for (size_t i = 0; i < keys.size(); ++i) rs.setFieldValue(static_cast<int16_t>(i), Variant(keys[i]));
+  for (size_t i = 0; i < keys.size(); ++i)
+    rs.setFieldValue(static_cast<int16_t>(i), Variant(keys[i]));
 }
 
-TEST_F(QvRecordsetTest, PairGivesKeyFieldsThenDataFieldsAndStandsOnFirstRecord) {
+TEST_F(QvRecordsetTest,
+       PairGivesKeyFieldsThenDataFieldsAndStandsOnFirstRecord) {
   auto rs = db_.Open("raum");
   EXPECT_EQ(rs->getTableName(), "raum");
   EXPECT_EQ(rs->getKeyCount(), 4);
   ASSERT_EQ(rs->getFieldCount(), 6);
   std::vector<std::string> names;
   for (int16_t i = 0; i < 6; ++i) names.push_back(rs->getFieldName(i));
-  EXPECT_EQ(names, (std::vector<std::string>{"Gebaeude", "Stock", "Wohnung", "Raum", "OrderNum",
-                                             "Bezeichnung"}));
+  EXPECT_EQ(names,
+            (std::vector<std::string>{"Gebaeude", "Stock", "Wohnung", "Raum",
+                                      "OrderNum", "Bezeichnung"}));
   EXPECT_EQ(rs->getFieldIndex("bezeichnung"), 5);
   EXPECT_EQ(rs->getFieldIndex("OtherFields"), -1);
   // Whole table: lowest "OrderNum" (the R3 rooms) first, then by key.
@@ -66,16 +70,21 @@ TEST_F(QvRecordsetTest, PairGivesKeyFieldsThenDataFieldsAndStandsOnFirstRecord) 
 }
 
 TEST_F(QvRecordsetTest, PlainTableGivesPrimaryKeyColumnsFirst) {
-  DbCatalog(*db_.con()).CreateTable(
-      "plain", {{"Wert", kAdDouble}, {"Name", kAdVarWChar, 10}, {"Nr", kAdInteger}}, {"Nr", "Name"});
-  db_.con()->Execute("INSERT INTO plain VALUES (1.5, 'b', 2), (2.5, 'a', 2), (0.5, 'z', 1)");
+  DbCatalog(*db_.con())
+      .CreateTable(
+          "plain",
+          {{"Wert", kAdDouble}, {"Name", kAdVarWChar, 10}, {"Nr", kAdInteger}},
+          {"Nr", "Name"});
+  db_.con()->Execute(
+      "INSERT INTO plain VALUES (1.5, 'b', 2), (2.5, 'a', 2), (0.5, 'z', 1)");
   auto rs = db_.Open("plain");
   EXPECT_EQ(rs->getKeyCount(), 2);
   EXPECT_EQ(rs->getFieldName(0), "Nr");
   EXPECT_EQ(rs->getFieldName(1), "Name");
   EXPECT_EQ(rs->getFieldName(2), "Wert");
   std::vector<double> values;
-  for (rs->moveFirst(); !rs->isEOF(); rs->moveNext()) values.push_back(rs->getFieldValue(2).ToDouble());
+  for (rs->moveFirst(); !rs->isEOF(); rs->moveNext())
+    values.push_back(rs->getFieldValue(2).ToDouble());
   EXPECT_EQ(values, (std::vector<double>{0.5, 2.5, 1.5}));  // by Nr, then Name
 }
 
@@ -90,7 +99,8 @@ TEST_F(QvRecordsetTest, OpenTableReportsFailureByItsResult) {
   auto closed = std::make_shared<DbConnection>();
   EXPECT_FALSE(rs.openTable(closed, "raum"));
   EXPECT_TRUE(RaisesError([&] { rs.insertRecord(); }, err::kObjectError1000,
-                          "the record set is not open", "QvRecordset.insertRecord"));
+                          "the record set is not open",
+                          "QvRecordset.insertRecord"));
 }
 
 TEST_F(QvRecordsetTest, ReadBlockByOneToFourLeadingKeys) {
@@ -103,7 +113,8 @@ TEST_F(QvRecordsetTest, ReadBlockByOneToFourLeadingKeys) {
   EXPECT_EQ(rs->getRecordCount(), 6);
   SetKeys(*rs, {"G2", "S1", "W2", "R1"});
   EXPECT_TRUE(rs->readBlock(3, true));
-  EXPECT_EQ(RoomKeys(*rs), (std::vector<std::string>{"G2/S1/W2/R3", "G2/S1/W2/R2", "G2/S1/W2/R1"}));
+  EXPECT_EQ(RoomKeys(*rs), (std::vector<std::string>{
+                               "G2/S1/W2/R3", "G2/S1/W2/R2", "G2/S1/W2/R1"}));
   SetKeys(*rs, {"G2", "S1", "W2", "R1"});
   EXPECT_TRUE(rs->readBlock(4, true));
   EXPECT_EQ(RoomKeys(*rs), (std::vector<std::string>{"G2/S1/W2/R1"}));
@@ -114,13 +125,15 @@ TEST_F(QvRecordsetTest, BlockOrderIsOrderNumThenKeyAtEveryLevel) {
   SetKeys(*rs, {"G1"});
   rs->readBlock(1, true);
   std::vector<std::string> storeys;
-  for (rs->moveFirst(); !rs->isEOF(); rs->moveNext()) storeys.push_back(Text(*rs, "Stock"));
+  for (rs->moveFirst(); !rs->isEOF(); rs->moveNext())
+    storeys.push_back(Text(*rs, "Stock"));
   EXPECT_EQ(storeys, (std::vector<std::string>{"S3", "S2", "S1"}));
   // Equal order numbers fall back to the key.
   db_.con()->Execute("UPDATE stock_t SET OrderNum = 0");
   rs->readBlock(1, true);
   storeys.clear();
-  for (rs->moveFirst(); !rs->isEOF(); rs->moveNext()) storeys.push_back(Text(*rs, "Stock"));
+  for (rs->moveFirst(); !rs->isEOF(); rs->moveNext())
+    storeys.push_back(Text(*rs, "Stock"));
   EXPECT_EQ(storeys, (std::vector<std::string>{"S1", "S2", "S3"}));
 }
 
@@ -143,14 +156,17 @@ TEST_F(QvRecordsetTest, EmptyBlockKeepsItsKeysAndEmptiesTheRest) {
   EXPECT_TRUE(rs->isBOF());
   EXPECT_EQ(rs->getRecordCount(), 0);
   EXPECT_EQ(rs->getPosition(), -1);
-  EXPECT_EQ(rs->getKeyValues().ToArray(), SafeArray({"G1", "S9", Variant(), Variant()}));
+  EXPECT_EQ(rs->getKeyValues().ToArray(),
+            SafeArray({"G1", "S9", Variant(), Variant()}));
   EXPECT_TRUE(rs->getValue("Bezeichnung").IsEmpty());
 }
 
 TEST_F(QvRecordsetTest, ReadBlockRejectsAKeyCountBeyondTheKeys) {
   auto rs = db_.Open("stock");
-  EXPECT_TRUE(RaisesError([&] { rs->readBlock(3, true); }, err::kInvalidProcedureCall,
-                          "key count 3 out of range 0 to 2 for table 'stock'", "QvRecordset.readBlock"));
+  EXPECT_TRUE(RaisesError([&] { rs->readBlock(3, true); },
+                          err::kInvalidProcedureCall,
+                          "key count 3 out of range 0 to 2 for table 'stock'",
+                          "QvRecordset.readBlock"));
 }
 
 TEST_F(QvRecordsetTest, MovesStayInsideTheBlock) {
@@ -176,8 +192,8 @@ TEST_F(QvRecordsetTest, MovesStayInsideTheBlock) {
   rs->movePrevious();
   rs->moveNext();
   EXPECT_EQ(Text(*rs, "Raum"), "R3");
-  EXPECT_TRUE(RaisesError([&] { rs->moveTo(3); }, err::kSubscriptOutOfRange, "Subscript out of range",
-                          "QvRecordset.moveTo"));
+  EXPECT_TRUE(RaisesError([&] { rs->moveTo(3); }, err::kSubscriptOutOfRange,
+                          "Subscript out of range", "QvRecordset.moveTo"));
 }
 
 TEST_F(QvRecordsetTest, FindKeySearchesOnlyTheCurrentBlock) {
@@ -189,10 +205,12 @@ TEST_F(QvRecordsetTest, FindKeySearchesOnlyTheCurrentBlock) {
   EXPECT_EQ(rs->getPosition(), 1);  // not moved
   EXPECT_TRUE(rs->findKey("Raum", Variant("R1")));
   EXPECT_EQ(rs->getPosition(), 2);
-  EXPECT_TRUE(rs->findKey("OrderNum", Variant("10")));  // a numeric text finds the number
+  EXPECT_TRUE(rs->findKey("OrderNum",
+                          Variant("10")));  // a numeric text finds the number
   EXPECT_EQ(Text(*rs, "Raum"), "R2");
-  EXPECT_TRUE(RaisesError([&] { rs->findKey("Nope", Variant(1)); }, err::kObjectError1000,
-                          "field 'Nope' not found in table 'raum'", "QvRecordset.findKey"));
+  EXPECT_TRUE(RaisesError(
+      [&] { rs->findKey("Nope", Variant(1)); }, err::kObjectError1000,
+      "field 'Nope' not found in table 'raum'", "QvRecordset.findKey"));
 }
 
 TEST_F(QvRecordsetTest, ReadBlockWithoutRereadKeepsTheBlockOfTheSameKeys) {
@@ -214,20 +232,25 @@ TEST_F(QvRecordsetTest, BufferTakesAnyValueButObjectsAndArrays) {
   EXPECT_EQ(rs->getFieldValue(5), Variant(int32_t{17}));
   rs->setValue("OrderNum", Variant("text"));
   EXPECT_EQ(rs->getValue("ordernum"), Variant("text"));
-  EXPECT_TRUE(RaisesError([&] { rs->setFieldValue(0, Variant(SafeArray{1})); }, err::kTypeMismatch,
-                          "Type mismatch", "QvRecordset.setFieldValue"));
-  EXPECT_TRUE(RaisesError([&] { rs->getFieldValue(6); }, err::kSubscriptOutOfRange,
-                          "Subscript out of range", "QvRecordset.getFieldValue"));
+  EXPECT_TRUE(RaisesError([&] { rs->setFieldValue(0, Variant(SafeArray{1})); },
+                          err::kTypeMismatch, "Type mismatch",
+                          "QvRecordset.setFieldValue"));
+  EXPECT_TRUE(RaisesError([&] { rs->getFieldValue(6); },
+                          err::kSubscriptOutOfRange, "Subscript out of range",
+                          "QvRecordset.getFieldValue"));
   rs->clearVars();
-  for (int16_t i = 0; i < rs->getFieldCount(); ++i) EXPECT_TRUE(rs->getFieldValue(i).IsEmpty());
+  for (int16_t i = 0; i < rs->getFieldCount(); ++i)
+    EXPECT_TRUE(rs->getFieldValue(i).IsEmpty());
 }
 
 TEST_F(QvRecordsetTest, MembersAreReachedByName) {
   ObjectPtr rs = CreateObject("qvglobal10.QvRecordset");
-  EXPECT_EQ(rs->Call("openTable", {Variant(db_.con()), Variant("raum")}), Variant(true));
+  EXPECT_EQ(rs->Call("openTable", {Variant(db_.con()), Variant("raum")}),
+            Variant(true));
   EXPECT_EQ(rs->Call("getTableName"), Variant("raum"));
   rs->Call("setFieldValue", {Variant(int16_t{0}), Variant("G2")});
-  EXPECT_EQ(rs->Call("readBlock", {Variant(int16_t{1})}), Variant(true));  // optional reread
+  EXPECT_EQ(rs->Call("readBlock", {Variant(int16_t{1})}),
+            Variant(true));  // optional reread
   EXPECT_EQ(rs->Call("getRecordCount"), Variant(int32_t{18}));
   std::vector<Variant> args{Variant()};
   rs->Invoke("saveIterPos", InvokeKind::kMethod, args);
@@ -239,10 +262,28 @@ TEST_F(QvRecordsetTest, MembersAreReachedByName) {
   EXPECT_EQ(rs->Call("getRecordset").ToObject(), rs);
 }
 
+TEST_F(QvRecordsetTest, TheConnectionClosesUnderOpenRecordSetsAndOpensAgain) {
+  auto rs = db_.Open("raum");
+  SetKeys(*rs, {"G1", "S1", "W1"});
+  ASSERT_TRUE(rs->readBlock(3, true));
+  EXPECT_THROW(rs->insertRecord(),
+               Error);  // a duplicate, after preparing write statements
+  db_.con()->Close();
+  EXPECT_EQ(rs->getRecordCount(), 3);  // the block read before stays
+  EXPECT_TRUE(RaisesError([&] { rs->readBlock(3, true); }, dberr::kNotOpen,
+                          "connection is closed"));
+  db_.con()->Open(DbConnection::MakeConnectionString(db_.path()));
+  SetKeys(*rs, {"G2", "S1", "W1"});
+  ASSERT_TRUE(rs->readBlock(3, true));
+  EXPECT_EQ(Text(*rs, "Bezeichnung"), "Raum G2/S1/W1/R3");
+}
+
 TEST_F(QvRecordsetTest, QuotesAndSqlInNamesKeysAndValuesAreData) {
   const std::string table = "x\"; DROP TABLE raum; --'";
-  DbCatalog(*db_.con()).CreateTable(table, {{"K'ey", kAdVarWChar, 40}, {"V\"al", kAdVarWChar, 40}},
-                                    {"K'ey"});
+  DbCatalog(*db_.con())
+      .CreateTable(table,
+                   {{"K'ey", kAdVarWChar, 40}, {"V\"al", kAdVarWChar, 40}},
+                   {"K'ey"});
   auto rs = db_.Open(table);
   const std::string key = "a'b\"c); DELETE FROM raum_t; --";
   const std::string value = "'); DROP TABLE raum_t; --";
@@ -254,7 +295,8 @@ TEST_F(QvRecordsetTest, QuotesAndSqlInNamesKeysAndValuesAreData) {
   ASSERT_TRUE(again->readBlock(1, true));
   EXPECT_EQ(again->getFieldValue(0), Variant(key));
   EXPECT_EQ(again->getFieldValue(1), Variant(value));
-  EXPECT_EQ(db_.con()->QueryValue("SELECT COUNT(*) FROM raum_t"), Variant(int32_t{36}));
+  EXPECT_EQ(db_.con()->QueryValue("SELECT COUNT(*) FROM raum_t"),
+            Variant(int32_t{36}));
 }
 
 }  // namespace

@@ -22,7 +22,8 @@ using qv::testing::RaisesError;
 using qv::testing::RoomDatabase;
 
 constexpr char kFkText[] =
-    "a relation between tables does not allow this change (FOREIGN KEY constraint failed)";
+    "a relation between tables does not allow this change (FOREIGN KEY "
+    "constraint failed)";
 
 class QvRecordsetWriteTest : public ::testing::Test {
  protected:
@@ -44,39 +45,48 @@ class QvRecordsetWriteTest : public ::testing::Test {
         match += (k > 0 ? " AND " : "") + ("a." + keys[k]) + " = b." + keys[k];
       }
       const std::string t = keys[level];
-      orphans += CountInFile("SELECT COUNT(*) FROM " + t + "_t a WHERE NOT EXISTS (SELECT 1 FROM " +
-                             t + " b WHERE " + match + ")");
-      orphans += CountInFile("SELECT COUNT(*) FROM " + t + " a WHERE NOT EXISTS (SELECT 1 FROM " +
-                             t + "_t b WHERE " + match + ")");
+      orphans += CountInFile("SELECT COUNT(*) FROM " + t +
+                             "_t a WHERE NOT EXISTS (SELECT 1 FROM " + t +
+                             " b WHERE " + match + ")");
+      orphans += CountInFile("SELECT COUNT(*) FROM " + t +
+                             " a WHERE NOT EXISTS (SELECT 1 FROM " + t +
+                             "_t b WHERE " + match + ")");
     }
     return orphans;
   }
 
-  void SetRoom(QvRecordset& rs, const std::vector<std::string>& keys, int32_t order_num,
-               const std::string& label) {
+  void SetRoom(QvRecordset& rs, const std::vector<std::string>& keys,
+               int32_t order_num, const std::string& label) {
     rs.clearVars();
-    for (size_t i = 0; i < keys.size(); ++i) rs.setFieldValue(static_cast<int16_t>(i), Variant(keys[i]));
+    for (size_t i = 0; i < keys.size(); ++i)
+      rs.setFieldValue(static_cast<int16_t>(i), Variant(keys[i]));
     rs.setValue("OrderNum", Variant(order_num));
     rs.setValue("Bezeichnung", Variant(label));
   }
 
   void ReadBlock(QvRecordset& rs, const std::vector<std::string>& keys) {
-    for (size_t i = 0; i < keys.size(); ++i) rs.setFieldValue(static_cast<int16_t>(i), Variant(keys[i]));
+    for (size_t i = 0; i < keys.size(); ++i)
+      rs.setFieldValue(static_cast<int16_t>(i), Variant(keys[i]));
     rs.readBlock(static_cast<int16_t>(keys.size()), true);
   }
 
   RoomDatabase db_{{2, 3, 2, 3}};
 };
 
-TEST_F(QvRecordsetWriteTest, InsertWritesKeyRowAndDataRowAndStandsOnTheNewRecord) {
+TEST_F(QvRecordsetWriteTest,
+       InsertWritesKeyRowAndDataRowAndStandsOnTheNewRecord) {
   auto rs = db_.Open("raum");
   ReadBlock(*rs, {"G1", "S1", "W1"});
   SetRoom(*rs, {"G1", "S1", "W1", "R9"}, 15, "Neu");
   rs->insertRecord();
-  EXPECT_EQ(CountInFile("SELECT COUNT(*) FROM raum WHERE Raum = 'R9' AND OtherFields IS NULL"), 1);
-  EXPECT_EQ(CountInFile("SELECT COUNT(*) FROM raum_t WHERE Raum = 'R9' AND OrderNum = 15 "
-                        "AND Bezeichnung = 'Neu'"),
+  EXPECT_EQ(CountInFile("SELECT COUNT(*) FROM raum WHERE Raum = 'R9' AND "
+                        "OtherFields IS NULL"),
             1);
+  EXPECT_EQ(
+      CountInFile(
+          "SELECT COUNT(*) FROM raum_t WHERE Raum = 'R9' AND OrderNum = 15 "
+          "AND Bezeichnung = 'Neu'"),
+      1);
   EXPECT_EQ(rs->getRecordCount(), 4);
   EXPECT_EQ(rs->getPosition(), 2);  // R3 (0), R2 (10), R9 (15), R1 (20)
   EXPECT_EQ(rs->getValue("Raum"), Variant("R9"));
@@ -85,18 +95,20 @@ TEST_F(QvRecordsetWriteTest, InsertWritesKeyRowAndDataRowAndStandsOnTheNewRecord
 TEST_F(QvRecordsetWriteTest, InsertWithoutParentWritesNothing) {
   auto rs = db_.Open("raum");
   SetRoom(*rs, {"G9", "S1", "W1", "R1"}, 0, "Waise");
-  EXPECT_TRUE(RaisesError([&] { rs->insertRecord(); }, dberr::kConstraint, kFkText,
-                          "QvRecordset.insertRecord"));
-  EXPECT_EQ(CountInFile("SELECT COUNT(*) FROM raum_t WHERE Gebaeude = 'G9'"), 0);
+  EXPECT_TRUE(RaisesError([&] { rs->insertRecord(); }, dberr::kConstraint,
+                          kFkText, "QvRecordset.insertRecord"));
+  EXPECT_EQ(CountInFile("SELECT COUNT(*) FROM raum_t WHERE Gebaeude = 'G9'"),
+            0);
   EXPECT_EQ(CountInFile("SELECT COUNT(*) FROM raum WHERE Gebaeude = 'G9'"), 0);
 }
 
 TEST_F(QvRecordsetWriteTest, InsertRefusesAnExistingKeyInAnyLetterCase) {
   auto rs = db_.Open("raum");
   SetRoom(*rs, {"g1", "s1", "w1", "r1"}, 0, "Doppelt");
-  EXPECT_TRUE(RaisesError([&] { rs->insertRecord(); }, dberr::kConstraint,
-                          "duplicate key in table 'Raum': Gebaeude, Stock, Wohnung, Raum",
-                          "QvRecordset.insertRecord"));
+  EXPECT_TRUE(RaisesError(
+      [&] { rs->insertRecord(); }, dberr::kConstraint,
+      "duplicate key in table 'Raum': Gebaeude, Stock, Wohnung, Raum",
+      "QvRecordset.insertRecord"));
   EXPECT_EQ(CountInFile("SELECT COUNT(*) FROM raum_t"), 36);
 }
 
@@ -107,8 +119,10 @@ TEST_F(QvRecordsetWriteTest, UpdateWritesThroughAndKeepsTheRecordCurrent) {
   rs->setValue("OrderNum", Variant(int32_t{99}));
   rs->setValue("Bezeichnung", Variant("Bad"));
   rs->updateRecord();
-  EXPECT_EQ(CountInFile("SELECT COUNT(*) FROM raum_t WHERE Raum = 'R3' AND Wohnung = 'W1' AND "
-                        "Stock = 'S1' AND Gebaeude = 'G1' AND OrderNum = 99 AND Bezeichnung = 'Bad'"),
+  EXPECT_EQ(CountInFile("SELECT COUNT(*) FROM raum_t WHERE Raum = 'R3' AND "
+                        "Wohnung = 'W1' AND "
+                        "Stock = 'S1' AND Gebaeude = 'G1' AND OrderNum = 99 "
+                        "AND Bezeichnung = 'Bad'"),
             1);
   EXPECT_EQ(rs->getPosition(), 2);  // now last: R2, R1, R3
   EXPECT_EQ(rs->getValue("Bezeichnung"), Variant("Bad"));
@@ -122,12 +136,15 @@ TEST_F(QvRecordsetWriteTest, RenamingAKeyTakesTheChildrenAlong) {
   ASSERT_TRUE(rs->findKey("Wohnung", Variant("W1")));
   rs->setValue("Wohnung", Variant("W7"));
   rs->updateRecord();
-  EXPECT_EQ(CountInFile("SELECT COUNT(*) FROM raum_t WHERE Gebaeude = 'G1' AND Stock = 'S1' AND "
+  EXPECT_EQ(CountInFile("SELECT COUNT(*) FROM raum_t WHERE Gebaeude = 'G1' AND "
+                        "Stock = 'S1' AND "
                         "Wohnung = 'W7'"),
             3);
-  EXPECT_EQ(CountInFile("SELECT COUNT(*) FROM raum WHERE Wohnung = 'W1' AND Stock = 'S1' AND "
-                        "Gebaeude = 'G1'"),
-            0);
+  EXPECT_EQ(
+      CountInFile(
+          "SELECT COUNT(*) FROM raum WHERE Wohnung = 'W1' AND Stock = 'S1' AND "
+          "Gebaeude = 'G1'"),
+      0);
   EXPECT_EQ(Orphans(), 0);
   EXPECT_EQ(rs->getValue("Wohnung"), Variant("W7"));
 }
@@ -138,14 +155,18 @@ TEST_F(QvRecordsetWriteTest, DeleteRemovesTheDataRowsOfAllDescendants) {
   ASSERT_TRUE(rs->findKey("Stock", Variant("S2")));
   rs->deleteRecord();
   EXPECT_EQ(rs->getRecordCount(), 2);
-  EXPECT_EQ(rs->getValue("Stock"), Variant("S1"));  // the next record: S3, S2, S1
+  EXPECT_EQ(rs->getValue("Stock"),
+            Variant("S1"));  // the next record: S3, S2, S1
   EXPECT_EQ(CountInFile("SELECT COUNT(*) FROM stock_t"), 5);
-  EXPECT_EQ(CountInFile("SELECT COUNT(*) FROM wohnung_t WHERE Gebaeude = 'G1' AND Stock = 'S2'"), 0);
+  EXPECT_EQ(CountInFile("SELECT COUNT(*) FROM wohnung_t WHERE Gebaeude = 'G1' "
+                        "AND Stock = 'S2'"),
+            0);
   EXPECT_EQ(CountInFile("SELECT COUNT(*) FROM raum_t"), 30);
   EXPECT_EQ(Orphans(), 0);
   rs->moveNext();
   EXPECT_TRUE(RaisesError([&] { rs->deleteRecord(); }, err::kObjectError1000,
-                          "no current record in table 'stock'", "QvRecordset.deleteRecord"));
+                          "no current record in table 'stock'",
+                          "QvRecordset.deleteRecord"));
 }
 
 TEST_F(QvRecordsetWriteTest, WritesThroughOtherRecordSetsShowAfterTheNextRead) {
@@ -159,12 +180,33 @@ TEST_F(QvRecordsetWriteTest, WritesThroughOtherRecordSetsShowAfterTheNextRead) {
   EXPECT_EQ(reader->getRecordCount(), 2);
 }
 
+TEST_F(QvRecordsetWriteTest,
+       ATableWithoutKeyTakesInsertsButNoUpdatesOrDeletes) {
+  db_.con()->Execute("CREATE TABLE nokey (A INTEGER, B VARCHAR(5))");
+  auto rs = db_.Open("nokey");
+  EXPECT_EQ(rs->getKeyCount(), 0);
+  for (int32_t a : {1, 2}) {
+    rs->setValue("A", Variant(a));
+    rs->insertRecord();
+  }
+  rs->moveFirst();
+  rs->setValue("B", Variant("x"));
+  const std::string text =
+      "table 'nokey' has no primary key: its records cannot be told apart";
+  EXPECT_TRUE(RaisesError([&] { rs->updateRecord(); }, err::kObjectError1000,
+                          text, "QvRecordset.updateRecord"));
+  EXPECT_TRUE(RaisesError([&] { rs->deleteRecord(); }, err::kObjectError1000,
+                          text, "QvRecordset.deleteRecord"));
+  EXPECT_EQ(CountInFile("SELECT COUNT(*) FROM nokey WHERE B IS NULL"), 2);
+}
+
 class QvRecordsetValuesTest : public QvRecordsetWriteTest {
  protected:
   void SetUp() override {
     DbCatalog catalog(*db_.con());
-    const std::vector<ColumnDef> keys{{"Projekt", kAdVarWChar, 10},
-                                      {"Nr", kAdInteger, 0, /*auto_increment=*/true}};
+    const std::vector<ColumnDef> keys{
+        {"Projekt", kAdVarWChar, 10},
+        {"Nr", kAdInteger, 0, /*auto_increment=*/true}};
     std::vector<ColumnDef> key_table = keys;
     key_table.push_back({"OtherFields", kAdLongVarBinary});
     std::vector<ColumnDef> data_table = keys;
@@ -229,31 +271,36 @@ TEST_F(QvRecordsetValuesTest, ValuesAreStoredWithTheColumnsTypes) {
   EXPECT_EQ(again->getValue("Notiz").ToString().size(), 2000u);
 }
 
-TEST_F(QvRecordsetValuesTest, ValuesThatDoNotFitAreRefusedBeforeAnythingIsWritten) {
+TEST_F(QvRecordsetValuesTest,
+       ValuesThatDoNotFitAreRefusedBeforeAnythingIsWritten) {
   rs_->setValue("Projekt", Variant("P"));
   rs_->setValue("Nr", Variant(int32_t{1}));
   rs_->setValue("Text", Variant("ÄÖÜäö"));  // five characters, ten bytes: fits
   rs_->insertRecord();
   rs_->setValue("Nr", Variant(int32_t{2}));
   rs_->setValue("Text", Variant("sechs!"));
-  EXPECT_TRUE(RaisesError([&] { rs_->insertRecord(); }, dberr::kConstraint,
-                          "text too long for column 'Text' of table 'pos': at most 5 characters",
-                          "QvRecordset.insertRecord"));
+  EXPECT_TRUE(RaisesError(
+      [&] { rs_->insertRecord(); }, dberr::kConstraint,
+      "text too long for column 'Text' of table 'pos': at most 5 characters",
+      "QvRecordset.insertRecord"));
   rs_->setValue("Text", Variant());
   rs_->setValue("Anzahl", Variant(int32_t{40000}));
-  EXPECT_TRUE(RaisesError([&] { rs_->insertRecord(); }, dberr::kConstraint,
-                          "value out of range for column 'Anzahl' of table 'pos': -32768 to 32767",
-                          "QvRecordset.insertRecord"));
+  EXPECT_TRUE(RaisesError(
+      [&] { rs_->insertRecord(); }, dberr::kConstraint,
+      "value out of range for column 'Anzahl' of table 'pos': -32768 to 32767",
+      "QvRecordset.insertRecord"));
   rs_->setValue("Anzahl", Variant());
   rs_->setValue("Wert", Variant("viel"));
-  EXPECT_TRUE(RaisesError([&] { rs_->insertRecord(); }, err::kTypeMismatch,
-                          "Type mismatch: column 'Wert' of table 'pos' cannot take String \"viel\"",
-                          "QvRecordset.insertRecord"));
+  EXPECT_TRUE(RaisesError(
+      [&] { rs_->insertRecord(); }, err::kTypeMismatch,
+      "Type mismatch: column 'Wert' of table 'pos' cannot take String \"viel\"",
+      "QvRecordset.insertRecord"));
   rs_->setValue("Wert", Variant());
   rs_->setValue("Nr", Variant(3.0e10));
-  EXPECT_TRUE(RaisesError([&] { rs_->insertRecord(); }, err::kOverflow,
-                          "Overflow: column 'Nr' of table 'pos' cannot take Double 30000000000",
-                          "QvRecordset.insertRecord"));
+  EXPECT_TRUE(RaisesError(
+      [&] { rs_->insertRecord(); }, err::kOverflow,
+      "Overflow: column 'Nr' of table 'pos' cannot take Double 30000000000",
+      "QvRecordset.insertRecord"));
   EXPECT_EQ(CountInFile("SELECT COUNT(*) FROM pos_t"), 1);
   EXPECT_EQ(CountInFile("SELECT COUNT(*) FROM pos"), 1);
 }

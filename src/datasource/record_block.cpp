@@ -25,7 +25,8 @@ Variant ReadValue(const SQLite::Column& c, ReadAs kind) {
         case ReadAs::kBoolean:
           return Variant(v != 0);
         case ReadAs::kSmallInt:
-          if (v >= INT16_MIN && v <= INT16_MAX) return Variant(static_cast<int16_t>(v));
+          if (v >= INT16_MIN && v <= INT16_MAX)
+            return Variant(static_cast<int16_t>(v));
           break;
         case ReadAs::kSingle:
           return Variant(static_cast<float>(v));
@@ -34,11 +35,13 @@ Variant ReadValue(const SQLite::Column& c, ReadAs kind) {
         case ReadAs::kDate:
           return Variant(Date{static_cast<double>(v)});
         case ReadAs::kText:
-          return Variant(std::string(c.getText(), static_cast<size_t>(c.getBytes())));
+          return Variant(
+              std::string(c.getText(), static_cast<size_t>(c.getBytes())));
         default:
           break;
       }
-      if (v >= std::numeric_limits<int32_t>::min() && v <= std::numeric_limits<int32_t>::max()) {
+      if (v >= std::numeric_limits<int32_t>::min() &&
+          v <= std::numeric_limits<int32_t>::max()) {
         return Variant(static_cast<int32_t>(v));
       }
       return Variant(static_cast<double>(v));
@@ -53,7 +56,8 @@ Variant ReadValue(const SQLite::Column& c, ReadAs kind) {
         case ReadAs::kDate:
           return Variant(Date{d});
         case ReadAs::kText:
-          return Variant(std::string(c.getText(), static_cast<size_t>(c.getBytes())));
+          return Variant(
+              std::string(c.getText(), static_cast<size_t>(c.getBytes())));
         default:
           return Variant(d);
       }
@@ -71,14 +75,16 @@ Variant ReadValue(const SQLite::Column& c, ReadAs kind) {
 
 }  // namespace
 
-void RecordBlock::Load(SQLite::Statement& statement, const std::vector<ReadAs>& kinds) {
+void RecordBlock::Load(SQLite::Statement& statement,
+                       const std::vector<ReadAs>& kinds) {
   width_ = kinds.size();
   rows_ = 0;
   size_t used = 0;
   while (statement.executeStep()) {
     if (values_.size() < used + width_) values_.resize(used + width_);
     for (size_t i = 0; i < width_; ++i) {
-      values_[used + i] = ReadValue(statement.getColumn(static_cast<int>(i)), kinds[i]);
+      values_[used + i] =
+          ReadValue(statement.getColumn(static_cast<int>(i)), kinds[i]);
     }
     used += width_;
     ++rows_;
@@ -88,7 +94,8 @@ void RecordBlock::Load(SQLite::Statement& statement, const std::vector<ReadAs>& 
 }
 
 void RecordBlock::EraseRow(int row) {
-  const auto first = values_.begin() + static_cast<ptrdiff_t>(row) * static_cast<ptrdiff_t>(width_);
+  const auto first = values_.begin() + static_cast<ptrdiff_t>(row) *
+                                           static_cast<ptrdiff_t>(width_);
   values_.erase(first, first + static_cast<ptrdiff_t>(width_));
   --rows_;
 }

@@ -24,7 +24,10 @@ class RecordBlock {
   // rows; column i is read as kinds[i]. The statement is reset afterwards,
   // so it holds no read lock on the file.
   void Load(SQLite::Statement& statement, const std::vector<ReadAs>& kinds);
-  void Clear() { values_.clear(); rows_ = 0; }
+  void Clear() {
+    values_.clear();
+    rows_ = 0;
+  }
 
   int size() const { return static_cast<int>(rows_); }
   bool empty() const { return rows_ == 0; }
@@ -32,7 +35,8 @@ class RecordBlock {
     return {values_.data() + static_cast<size_t>(row) * width_, width_};
   }
   const Variant& At(int row, int field) const {
-    return values_[static_cast<size_t>(row) * width_ + static_cast<size_t>(field)];
+    return values_[static_cast<size_t>(row) * width_ +
+                   static_cast<size_t>(field)];
   }
   void EraseRow(int row);
 

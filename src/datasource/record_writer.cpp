@@ -33,45 +33,57 @@ constexpr char kUpdateSource[] = "QvRecordset.updateRecord";
 constexpr char kDeleteSource[] = "QvRecordset.deleteRecord";
 constexpr char kWriteSource[] = "QvDs.endRenumber";
 
-std::vector<Variant> Concat(std::span<const Variant> a, std::span<const Variant> b) {
+std::vector<Variant> Concat(std::span<const Variant> a,
+                            std::span<const Variant> b) {
   std::vector<Variant> all(a.begin(), a.end());
   all.insert(all.end(), b.begin(), b.end());
   return all;
 }
 
-std::string DataChildSql(const std::string& table, const std::vector<std::pair<std::string, int>>& columns,
-                         bool update) {
+std::string DataChildSql(
+    const std::string& table,
+    const std::vector<std::pair<std::string, int>>& columns, bool update) {
   std::string set, where;
   const int n = static_cast<int>(columns.size());
   for (int i = 0; i < n; ++i) {
     const std::string column = QuoteIdentifier(columns[i].first);
     set += (i > 0 ? ", " : "") + column + " = ?" + std::to_string(i + 1);
-    where += (i > 0 ? " AND " : "") + column + " = ?" + std::to_string(i + 1 + (update ? n : 0));
+    where += (i > 0 ? " AND " : "") + column + " = ?" +
+             std::to_string(i + 1 + (update ? n : 0));
   }
-  return update ? "UPDATE " + QuoteIdentifier(table) + " SET " + set + " WHERE " + where
+  return update ? "UPDATE " + QuoteIdentifier(table) + " SET " + set +
+                      " WHERE " + where
                 : "DELETE FROM " + QuoteIdentifier(table) + " WHERE " + where;
 }
 
 }  // namespace
 
-RecordWriter::RecordWriter(DbConnection& con, const TableLayout& layout, std::string table_name)
-    : con_(con), layout_(layout), table_name_(std::move(table_name)), statements_(con) {}
+RecordWriter::RecordWriter(DbConnection& con, const TableLayout& layout,
+                           std::string table_name)
+    : con_(con),
+      layout_(layout),
+      table_name_(std::move(table_name)),
+      statements_(con) {}
 
-int RecordWriter::Run(SQLite::Statement& statement, const std::vector<Variant>& params) {
+int RecordWriter::Run(SQLite::Statement& statement,
+                      const std::vector<Variant>& params) {
   BindParams(statement, params);
   const int changes = statement.exec();
   statement.reset();
   return changes;
 }
 
-void RecordWriter::Rethrow(const char* source) const { RethrowAsDbError(source, con_.Path()); }
+void RecordWriter::Rethrow(const char* source) const {
+  RethrowAsDbError(source, con_.Path());
+}
 
 std::vector<Variant> RecordWriter::Converted(const std::vector<Variant>& values,
                                              const char* source) const {
   std::vector<Variant> out;
   out.reserve(values.size());
   for (int i = 0; i < layout_.field_count(); ++i) {
-    out.push_back(ToColumnValue(values[i], layout_.fields()[i], table_name_, source));
+    out.push_back(
+        ToColumnValue(values[i], layout_.fields()[i], table_name_, source));
   }
   return out;
 }
@@ -98,15 +110,16 @@ void RecordWriter::Insert(std::vector<Variant>& values) {
     for (int i = 0; i < keys; ++i) {
       if (row[i].IsNull()) {
         throw Error(dberr::kConstraint, kInsertSource,
-                    "column '" + layout_.fields()[i].name + "' of table '" + table_name_ +
-                        "' must not be Null");
+                    "column '" + layout_.fields()[i].name + "' of table '" +
+                        table_name_ + "' must not be Null");
       }
     }
     if (layout_.paired()) {
       Run(statements_.Get(kInsertKey, [&] { return layout_.InsertKeySql(); }),
           std::vector<Variant>(row.begin(), row.begin() + keys));
     }
-    Run(statements_.Get(kInsertData, [&] { return layout_.InsertDataSql(); }), row);
+    Run(statements_.Get(kInsertData, [&] { return layout_.InsertDataSql(); }),
+        row);
     tx.Commit();
   } catch (...) {
     Rethrow(kInsertSource);
@@ -114,10 +127,21 @@ void RecordWriter::Insert(std::vector<Variant>& values) {
   values = std::move(row);
 }
 
-void RecordWriter::Update(std::span<const Variant> old_keys, std::vector<Variant>& values) {
+void RecordWriter::RequireKey(const char* source) const {
+  if (layout_.key_count() == 0) {
+    throw Error(err::kObjectError1000, source,
+                "table '" + table_name_ +
+                    "' has no primary key: its records cannot be told apart");
+  }
+}
+
+void RecordWriter::Update(std::span<const Variant> old_keys,
+                          std::vector<Variant>& values) {
+  RequireKey(kUpdateSource);
   std::vector<Variant> row = Converted(values, kUpdateSource);
   const auto new_keys = std::span<const Variant>(row).first(old_keys.size());
-  const bool rekeyed = !std::equal(old_keys.begin(), old_keys.end(), new_keys.begin());
+  const bool rekeyed =
+      !std::equal(old_keys.begin(), old_keys.end(), new_keys.begin());
   try {
     DbConnection::Transaction tx(con_);
     if (rekeyed && layout_.paired()) {
@@ -125,7 +149,8 @@ void RecordWriter::Update(std::span<const Variant> old_keys, std::vector<Variant
           Concat(new_keys, old_keys));
     }
     if (rekeyed) UpdateDataChildren(old_keys, new_keys);
-    if (Run(statements_.Get(kUpdateData, [&] { return layout_.UpdateDataSql(); }),
+    if (Run(statements_.Get(kUpdateData,
+                            [&] { return layout_.UpdateDataSql(); }),
             Concat(row, old_keys)) == 0) {
       throw Error(err::kObjectError1000, kUpdateSource,
                   "the record no longer exists in table '" + table_name_ + "'");
@@ -138,24 +163,34 @@ void RecordWriter::Update(std::span<const Variant> old_keys, std::vector<Variant
 }
 
 void RecordWriter::Delete(std::span<const Variant> keys) {
+  RequireKey(kDeleteSource);
   try {
     DbConnection::Transaction tx(con_);
     const std::vector<DataChild>& children = DataChildren();
-    const size_t base = kFirstFieldUpdate + static_cast<size_t>(layout_.field_count());
+    const size_t base =
+        kFirstFieldUpdate + static_cast<size_t>(layout_.field_count());
     for (size_t d = 0; d < children.size(); ++d) {
       if (!children[d].cascade_delete) continue;
       std::vector<Variant> params;
-      for (const auto& [column, key] : children[d].columns) params.push_back(keys[key]);
+      for (const auto& [column, key] : children[d].columns)
+        params.push_back(keys[key]);
       Run(statements_.Get(base + 2 * d,
-                          [&] { return DataChildSql(children[d].table, children[d].columns, false); }),
+                          [&] {
+                            return DataChildSql(children[d].table,
+                                                children[d].columns, false);
+                          }),
           params);
     }
     const std::vector<Variant> key_params(keys.begin(), keys.end());
     if (layout_.paired()) {
-      Run(statements_.Get(kDeleteKey, [&] { return layout_.DeleteSql(layout_.key_table()); }),
+      Run(statements_.Get(
+              kDeleteKey,
+              [&] { return layout_.DeleteSql(layout_.key_table()); }),
           key_params);
     }
-    Run(statements_.Get(kDeleteData, [&] { return layout_.DeleteSql(layout_.data_table()); }),
+    Run(statements_.Get(
+            kDeleteData,
+            [&] { return layout_.DeleteSql(layout_.data_table()); }),
         key_params);
     tx.Commit();
   } catch (...) {
@@ -163,16 +198,20 @@ void RecordWriter::Delete(std::span<const Variant> keys) {
   }
 }
 
-void RecordWriter::WriteField(int field, const std::vector<std::vector<Variant>>& keys,
+void RecordWriter::WriteField(int field,
+                              const std::vector<std::vector<Variant>>& keys,
                               const std::vector<Variant>& values) {
+  RequireKey(kWriteSource);
   const ColumnDef& column = layout_.fields()[field];
   std::vector<Variant> params;
   try {
     DbConnection::Transaction tx(con_);
-    SQLite::Statement& s = statements_.Get(kFirstFieldUpdate + static_cast<size_t>(field),
-                                           [&] { return layout_.UpdateFieldSql(field); });
+    SQLite::Statement& s =
+        statements_.Get(kFirstFieldUpdate + static_cast<size_t>(field),
+                        [&] { return layout_.UpdateFieldSql(field); });
     for (size_t i = 0; i < keys.size(); ++i) {
-      params.assign(1, ToColumnValue(values[i], column, table_name_, kWriteSource));
+      params.assign(
+          1, ToColumnValue(values[i], column, table_name_, kWriteSource));
       params.insert(params.end(), keys[i].begin(), keys[i].end());
       Run(s, params);
     }
@@ -185,14 +224,20 @@ void RecordWriter::WriteField(int field, const std::vector<std::vector<Variant>>
 void RecordWriter::UpdateDataChildren(std::span<const Variant> old_keys,
                                       std::span<const Variant> new_keys) {
   const std::vector<DataChild>& children = DataChildren();
-  const size_t base = kFirstFieldUpdate + static_cast<size_t>(layout_.field_count());
+  const size_t base =
+      kFirstFieldUpdate + static_cast<size_t>(layout_.field_count());
   for (size_t d = 0; d < children.size(); ++d) {
     if (!children[d].cascade_update) continue;
     std::vector<Variant> params;
-    for (const auto& [column, key] : children[d].columns) params.push_back(new_keys[key]);
-    for (const auto& [column, key] : children[d].columns) params.push_back(old_keys[key]);
+    for (const auto& [column, key] : children[d].columns)
+      params.push_back(new_keys[key]);
+    for (const auto& [column, key] : children[d].columns)
+      params.push_back(old_keys[key]);
     Run(statements_.Get(base + 2 * d + 1,
-                        [&] { return DataChildSql(children[d].table, children[d].columns, true); }),
+                        [&] {
+                          return DataChildSql(children[d].table,
+                                              children[d].columns, true);
+                        }),
         params);
   }
 }
@@ -213,23 +258,26 @@ const std::vector<RecordWriter::DataChild>& RecordWriter::DataChildren() {
 
 // Walks the relations that reference `table` (whose columns hold our keys as
 // `mapping` says) down to every descendant reached by cascading rules.
-void RecordWriter::CollectDataChildren(const std::string& table, const Mapping& mapping,
-                                       bool del, bool upd, std::vector<std::string>& seen,
+void RecordWriter::CollectDataChildren(const std::string& table,
+                                       const Mapping& mapping, bool del,
+                                       bool upd, std::vector<std::string>& seen,
                                        std::vector<DataChild>& found) {
   const DbCatalog catalog(con_);
   for (const auto& [child, fk] : catalog.ReferencingKeys(table)) {
     const bool child_del = del && fk.delete_rule == kAdRiCascade;
     const bool child_upd = upd && fk.update_rule == kAdRiCascade;
     if (!child_del && !child_upd) continue;
-    if (std::any_of(seen.begin(), seen.end(),
-                    [&](const std::string& s) { return EqualsNoCase(s, child); })) {
+    if (std::any_of(seen.begin(), seen.end(), [&](const std::string& s) {
+          return EqualsNoCase(s, child);
+        })) {
       continue;
     }
     seen.push_back(child);
     Mapping child_mapping;
     for (const auto& [column, related] : fk.columns) {
       for (const auto& [name, key] : mapping) {
-        if (EqualsNoCase(name, related)) child_mapping.emplace_back(column, key);
+        if (EqualsNoCase(name, related))
+          child_mapping.emplace_back(column, key);
       }
     }
     if (child_mapping.empty()) continue;
@@ -237,7 +285,8 @@ void RecordWriter::CollectDataChildren(const std::string& table, const Mapping& 
     if (catalog.HasTable(data)) {
       found.push_back({data, child_mapping, child_del, child_upd});
     }
-    CollectDataChildren(child, child_mapping, child_del, child_upd, seen, found);
+    CollectDataChildren(child, child_mapping, child_del, child_upd, seen,
+                        found);
   }
 }
 

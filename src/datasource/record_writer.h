@@ -26,7 +26,8 @@ class TableLayout;
 
 class RecordWriter {
  public:
-  RecordWriter(DbConnection& con, const TableLayout& layout, std::string table_name);
+  RecordWriter(DbConnection& con, const TableLayout& layout,
+               std::string table_name);
 
   // Adds the record `values` (all fields). On success `values` holds what
   // was stored: converted values and the assigned running number.
@@ -55,7 +56,8 @@ class RecordWriter {
   std::vector<Variant> Converted(const std::vector<Variant>& values,
                                  const char* source) const;
   Variant NextNumber(std::span<const Variant> keys);
-  static int Run(SQLite::Statement& statement, const std::vector<Variant>& params);
+  static int Run(SQLite::Statement& statement,
+                 const std::vector<Variant>& params);
   const std::vector<DataChild>& DataChildren();
   void CollectDataChildren(const std::string& table, const Mapping& mapping,
                            bool del, bool upd, std::vector<std::string>& seen,
@@ -63,6 +65,8 @@ class RecordWriter {
   void UpdateDataChildren(std::span<const Variant> old_keys,
                           std::span<const Variant> new_keys);
   [[noreturn]] void Rethrow(const char* source) const;
+  // Updates and deletes find a record by its key.
+  void RequireKey(const char* source) const;
 
   DbConnection& con_;
   const TableLayout& layout_;

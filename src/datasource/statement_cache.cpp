@@ -58,7 +58,8 @@ SQLite::Statement* StatementCache::Find(size_t slot) {
   return slots_[slot].get();
 }
 
-SQLite::Statement& StatementCache::Prepare(size_t slot, const std::string& sql) {
+SQLite::Statement& StatementCache::Prepare(size_t slot,
+                                           const std::string& sql) {
   if (slot >= slots_.size()) slots_.resize(slot + 1);
   try {
     slots_[slot] = std::make_unique<SQLite::Statement>(con_.db(), sql);

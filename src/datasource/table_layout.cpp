@@ -9,7 +9,8 @@
 namespace qv::ds {
 namespace {
 
-const ColumnDef* FindColumn(const std::vector<ColumnDef>& columns, std::string_view name) {
+const ColumnDef* FindColumn(const std::vector<ColumnDef>& columns,
+                            std::string_view name) {
   for (const ColumnDef& c : columns) {
     if (EqualsNoCase(c.name, name)) return &c;
   }
@@ -20,7 +21,8 @@ std::string Param(int n) { return "?" + std::to_string(n); }
 
 }  // namespace
 
-std::optional<TableLayout> TableLayout::Read(DbConnection& con, const std::string& name) {
+std::optional<TableLayout> TableLayout::Read(DbConnection& con,
+                                             const std::string& name) {
   const DbCatalog catalog(con);
   if (name.empty() || !catalog.HasTable(name)) return std::nullopt;
   TableLayout layout;
@@ -28,7 +30,8 @@ std::optional<TableLayout> TableLayout::Read(DbConnection& con, const std::strin
   layout.data_table_ = name;
   const std::vector<ColumnDef> key_columns = catalog.Columns(name);
   const std::string companion = name + "_t";
-  if (FindColumn(key_columns, kOtherFieldsColumn) && catalog.HasTable(companion)) {
+  if (FindColumn(key_columns, kOtherFieldsColumn) &&
+      catalog.HasTable(companion)) {
     layout.data_table_ = companion;
   }
   const std::vector<ColumnDef> columns =
@@ -40,8 +43,9 @@ std::optional<TableLayout> TableLayout::Read(DbConnection& con, const std::strin
     layout.fields_.push_back(*c);
   }
   for (const ColumnDef& c : columns) {
-    if (!std::any_of(keys.begin(), keys.end(),
-                     [&](const std::string& k) { return EqualsNoCase(k, c.name); })) {
+    if (!std::any_of(keys.begin(), keys.end(), [&](const std::string& k) {
+          return EqualsNoCase(k, c.name);
+        })) {
       layout.fields_.push_back(c);
     }
   }
@@ -80,12 +84,15 @@ std::string TableLayout::SelectSql(int n, bool first_only) const {
     if (i > 0) sql += ", ";
     sql += QuoteIdentifier(fields_[i].name);
   }
-  sql += " FROM " + QuoteIdentifier(data_table_) + KeyCondition(n, 1) + " ORDER BY ";
+  sql += " FROM " + QuoteIdentifier(data_table_) + KeyCondition(n, 1) +
+         " ORDER BY ";
   std::vector<std::string> order;
   if (order_num_field_ >= 0) order.push_back(QuoteIdentifier(kOrderNumColumn));
-  for (int i = 0; i < key_count_; ++i) order.push_back(QuoteIdentifier(fields_[i].name));
+  for (int i = 0; i < key_count_; ++i)
+    order.push_back(QuoteIdentifier(fields_[i].name));
   if (order.empty()) order.push_back("rowid");
-  for (size_t i = 0; i < order.size(); ++i) sql += (i > 0 ? ", " : "") + order[i];
+  for (size_t i = 0; i < order.size(); ++i)
+    sql += (i > 0 ? ", " : "") + order[i];
   if (first_only) sql += " LIMIT 1";
   return sql;
 }
@@ -106,8 +113,8 @@ std::string TableLayout::InsertDataSql() const {
     columns += (i > 0 ? ", " : "") + QuoteIdentifier(fields_[i].name);
     values += (i > 0 ? ", " : "") + Param(static_cast<int>(i) + 1);
   }
-  return "INSERT INTO " + QuoteIdentifier(data_table_) + " (" + columns + ") VALUES (" +
-         values + ")";
+  return "INSERT INTO " + QuoteIdentifier(data_table_) + " (" + columns +
+         ") VALUES (" + values + ")";
 }
 
 std::string TableLayout::UpdateDataSql() const {
@@ -122,14 +129,16 @@ std::string TableLayout::UpdateDataSql() const {
 std::string TableLayout::UpdateKeySql() const {
   std::string sql = "UPDATE " + QuoteIdentifier(key_table_) + " SET ";
   for (int i = 0; i < key_count_; ++i) {
-    sql += (i > 0 ? ", " : "") + QuoteIdentifier(fields_[i].name) + " = " + Param(i + 1);
+    sql += (i > 0 ? ", " : "") + QuoteIdentifier(fields_[i].name) + " = " +
+           Param(i + 1);
   }
   return sql + KeyCondition(key_count_, key_count_ + 1);
 }
 
 std::string TableLayout::UpdateFieldSql(int field) const {
   return "UPDATE " + QuoteIdentifier(data_table_) + " SET " +
-         QuoteIdentifier(fields_[field].name) + " = ?1" + KeyCondition(key_count_, 2);
+         QuoteIdentifier(fields_[field].name) + " = ?1" +
+         KeyCondition(key_count_, 2);
 }
 
 std::string TableLayout::DeleteSql(const std::string& table) const {
@@ -138,8 +147,8 @@ std::string TableLayout::DeleteSql(const std::string& table) const {
 
 std::string TableLayout::NextNumberSql() const {
   const std::string last = QuoteIdentifier(fields_[key_count_ - 1].name);
-  return "SELECT COALESCE(MAX(" + last + "), 0) + 1 FROM " + QuoteIdentifier(key_table_) +
-         KeyCondition(key_count_ - 1, 1);
+  return "SELECT COALESCE(MAX(" + last + "), 0) + 1 FROM " +
+         QuoteIdentifier(key_table_) + KeyCondition(key_count_ - 1, 1);
 }
 
 }  // namespace qv::ds

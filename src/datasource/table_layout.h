@@ -27,7 +27,8 @@ class TableLayout {
  public:
   // The layout of the table `name`; std::nullopt when there is no such
   // table. Engine errors pass through.
-  static std::optional<TableLayout> Read(DbConnection& con, const std::string& name);
+  static std::optional<TableLayout> Read(DbConnection& con,
+                                         const std::string& name);
 
   const std::string& key_table() const { return key_table_; }
   const std::string& data_table() const { return data_table_; }

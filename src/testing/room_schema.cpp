@@ -18,9 +18,11 @@ namespace {
 
 using ds::ColumnDef;
 
-std::vector<ColumnDef> KeyColumns(const std::vector<HierarchyLevel>& levels, size_t level) {
+std::vector<ColumnDef> KeyColumns(const std::vector<HierarchyLevel>& levels,
+                                  size_t level) {
   std::vector<ColumnDef> keys;
-  for (size_t i = 0; i <= level; ++i) keys.push_back({levels[i].table, ds::kAdVarWChar, 20});
+  for (size_t i = 0; i <= level; ++i)
+    keys.push_back({levels[i].table, ds::kAdVarWChar, 20});
   return keys;
 }
 
@@ -30,13 +32,15 @@ std::vector<std::string> Names(const std::vector<ColumnDef>& columns) {
   return names;
 }
 
-std::string InsertSql(const std::string& table, const std::vector<std::string>& columns) {
+std::string InsertSql(const std::string& table,
+                      const std::vector<std::string>& columns) {
   std::string names, params;
   for (size_t i = 0; i < columns.size(); ++i) {
     names += (i > 0 ? ", " : "") + ds::QuoteIdentifier(columns[i]);
     params += (i > 0 ? ", ?" : "?");
   }
-  return "INSERT INTO " + ds::QuoteIdentifier(table) + " (" + names + ") VALUES (" + params + ")";
+  return "INSERT INTO " + ds::QuoteIdentifier(table) + " (" + names +
+         ") VALUES (" + params + ")";
 }
 
 struct LevelInserts {
@@ -55,8 +59,10 @@ class Filler {
       data.push_back("OrderNum");
       data.push_back("Bezeichnung");
       inserts_.push_back(
-          {std::make_unique<SQLite::Statement>(con.db(), InsertSql(levels[i].table, keys)),
-           std::make_unique<SQLite::Statement>(con.db(), InsertSql(levels[i].table + "_t", data))});
+          {std::make_unique<SQLite::Statement>(
+               con.db(), InsertSql(levels[i].table, keys)),
+           std::make_unique<SQLite::Statement>(
+               con.db(), InsertSql(levels[i].table + "_t", data))});
     }
   }
 
@@ -71,7 +77,8 @@ class Filler {
   }
 
  private:
-  void Insert(size_t level, const std::vector<std::string>& keys, int order_num) {
+  void Insert(size_t level, const std::vector<std::string>& keys,
+              int order_num) {
     SQLite::Statement& key_row = *inserts_[level].key_row;
     SQLite::Statement& data_row = *inserts_[level].data_row;
     std::string label = levels_[level].table + " ";
@@ -100,7 +107,8 @@ std::vector<HierarchyLevel> RoomLevels() {
   return {{"Gebaeude", "G"}, {"Stock", "S"}, {"Wohnung", "W"}, {"Raum", "R"}};
 }
 
-void CreateHierarchy(ds::DbConnection& con, const std::vector<HierarchyLevel>& levels) {
+void CreateHierarchy(ds::DbConnection& con,
+                     const std::vector<HierarchyLevel>& levels) {
   ds::DbCatalog catalog(con);
   for (size_t i = 0; i < levels.size(); ++i) {
     const std::vector<ColumnDef> keys = KeyColumns(levels, i);
@@ -113,12 +121,14 @@ void CreateHierarchy(ds::DbConnection& con, const std::vector<HierarchyLevel>& l
     catalog.CreateTable(levels[i].table + "_t", data_table, Names(keys));
     if (i == 0) continue;
     ds::ForeignKeyDef fk{levels[i].table, levels[i - 1].table, {}};
-    for (size_t k = 0; k < i; ++k) fk.columns.emplace_back(levels[k].table, levels[k].table);
+    for (size_t k = 0; k < i; ++k)
+      fk.columns.emplace_back(levels[k].table, levels[k].table);
     catalog.AddForeignKey(levels[i].table, fk);
   }
 }
 
-void FillHierarchy(ds::DbConnection& con, const std::vector<HierarchyLevel>& levels,
+void FillHierarchy(ds::DbConnection& con,
+                   const std::vector<HierarchyLevel>& levels,
                    const std::vector<int>& counts) {
   ds::DbConnection::Transaction tx(con);
   {
@@ -156,20 +166,24 @@ const std::string& TemplateDatabase(const std::vector<int>& counts) {
 }  // namespace
 
 RoomDatabase::RoomDatabase(const std::vector<int>& counts)
-    : path_(dir_.File("rooms.qv3")), con_(std::make_shared<ds::DbConnection>()) {
+    : path_(dir_.File("rooms.qv3")),
+      con_(std::make_shared<ds::DbConnection>()) {
   std::filesystem::copy_file(TemplateDatabase(counts), path_);
   con_->Open(ds::DbConnection::MakeConnectionString(path_));
 }
 
 RoomDatabase::~RoomDatabase() = default;
 
-std::shared_ptr<ds::QvRecordset> RoomDatabase::Open(const std::string& table) const {
+std::shared_ptr<ds::QvRecordset> RoomDatabase::Open(
+    const std::string& table) const {
   auto rs = std::make_shared<ds::QvRecordset>();
-  if (!rs->openTable(con_, table)) throw std::runtime_error("cannot open table " + table);
+  if (!rs->openTable(con_, table))
+    throw std::runtime_error("cannot open table " + table);
   return rs;
 }
 
-std::vector<std::shared_ptr<ds::QvRecordset>> RoomDatabase::OpenLinkedLevels() const {
+std::vector<std::shared_ptr<ds::QvRecordset>> RoomDatabase::OpenLinkedLevels()
+    const {
   std::vector<std::shared_ptr<ds::QvRecordset>> levels;
   for (const HierarchyLevel& level : RoomLevels()) {
     levels.push_back(Open(level.table));

@@ -18,7 +18,7 @@
 namespace qv::ds {
 class DbConnection;
 class QvRecordset;
-}
+}  // namespace qv::ds
 
 namespace qv::testing {
 
@@ -32,14 +32,16 @@ std::vector<HierarchyLevel> RoomLevels();
 
 // Creates the tables of `levels` (key columns VARCHAR(20), "OrderNum"
 // INTEGER, "Bezeichnung" VARCHAR(50)).
-void CreateHierarchy(ds::DbConnection& con, const std::vector<HierarchyLevel>& levels);
+void CreateHierarchy(ds::DbConnection& con,
+                     const std::vector<HierarchyLevel>& levels);
 
 // Adds counts[i] records under each record of level i - 1 (counts.size()
 // may be less than the number of levels). The record with key prefix + k
 // gets "OrderNum" (counts[i] - k) * 10, so that block order (by
 // "OrderNum") runs from the highest key number down to 1, and
 // "Bezeichnung" "<table> <all its keys joined by '/'>".
-void FillHierarchy(ds::DbConnection& con, const std::vector<HierarchyLevel>& levels,
+void FillHierarchy(ds::DbConnection& con,
+                   const std::vector<HierarchyLevel>& levels,
                    const std::vector<int>& counts);
 
 // Creates a new database file at `path` holding the room hierarchy filled
