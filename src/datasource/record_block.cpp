@@ -80,14 +80,20 @@ void RecordBlock::Load(SQLite::Statement& statement,
   width_ = kinds.size();
   rows_ = 0;
   size_t used = 0;
-  while (statement.executeStep()) {
-    if (values_.size() < used + width_) values_.resize(used + width_);
-    for (size_t i = 0; i < width_; ++i) {
-      values_[used + i] =
-          ReadValue(statement.getColumn(static_cast<int>(i)), kinds[i]);
+  try {
+    while (statement.executeStep()) {
+      if (values_.size() < used + width_) values_.resize(used + width_);
+      for (size_t i = 0; i < width_; ++i) {
+        values_[used + i] =
+            ReadValue(statement.getColumn(static_cast<int>(i)), kinds[i]);
+      }
+      used += width_;
+      ++rows_;
     }
-    used += width_;
-    ++rows_;
+  } catch (...) {
+    statement.tryReset();  // give the read lock back at once
+    Clear();
+    throw;
   }
   statement.reset();
   values_.resize(used);

@@ -68,9 +68,14 @@ RecordWriter::RecordWriter(DbConnection& con, const TableLayout& layout,
 int RecordWriter::Run(SQLite::Statement& statement,
                       const std::vector<Variant>& params) {
   BindParams(statement, params);
-  const int changes = statement.exec();
-  statement.reset();
-  return changes;
+  try {
+    const int changes = statement.exec();
+    statement.reset();
+    return changes;
+  } catch (...) {
+    statement.tryReset();
+    throw;
+  }
 }
 
 void RecordWriter::Rethrow(const char* source) const {

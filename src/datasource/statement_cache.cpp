@@ -54,7 +54,7 @@ SQLite::Statement* StatementCache::Find(size_t slot) {
     handle_ = handle;
   }
   if (slot >= slots_.size() || !slots_[slot]) return nullptr;
-  slots_[slot]->reset();
+  slots_[slot]->tryReset();  // a failed last run must not fail this one
   return slots_[slot].get();
 }
 
