@@ -2,7 +2,9 @@
 it: toolbar key strings, the used-keys register, module queries and a
 project connection. Classes that are not registered are skipped."""
 
+import contextlib
 import os
+import sqlite3
 import tempfile
 import unittest
 
@@ -90,6 +92,12 @@ class ConnectionTest(unittest.TestCase):
     def test_one_connection_per_database(self):
         with tempfile.TemporaryDirectory() as folder:
             path = os.path.join(folder, "Projekt_VM.qv3")
+            # The container opens existing databases only; make one as the
+            # suite's project creation does, with the version table.
+            with contextlib.closing(sqlite3.connect(path)) as db:
+                db.execute('CREATE TABLE qvversions ("Name" VARCHAR(255) '
+                           'COLLATE NOCASE PRIMARY KEY, "Version" INTEGER)')
+                db.commit()
             container = create("CQvDbContainer")
             con = container.getQvProjectConnection(path)
             again = container.getQvProjectConnection(" " + path.upper() + " ")
