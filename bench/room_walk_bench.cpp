@@ -19,10 +19,10 @@
 #include "bench_ratio.h"
 #include "datasource/db_connection.h"
 #include "datasource/qv_recordset.h"
+#include "testing/room_schema.h"
+#include "testing/temp_dir.h"
 // The bench targets compile one source each: the shared fixture that builds
 // the room tables is compiled in here.
-#include "testing/room_schema.cpp"  // NOLINT(build/include)
-#include "testing/temp_dir.cpp"     // NOLINT(build/include)
 
 namespace {
 

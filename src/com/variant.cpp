@@ -55,6 +55,8 @@ std::optional<double> ParseRadix(std::string_view s, int radix) {
 Variant::Variant(SafeArray a)
     : value_(ArrayBox{std::make_shared<SafeArray>(std::move(a))}) {}
 
+Variant::Variant(Variant&&) noexcept = default;
+
 Variant::Variant(const Variant& other) : value_(other.value_) {
   if (auto* box = std::get_if<ArrayBox>(&value_)) {
     box->array = std::make_shared<SafeArray>(*box->array);

@@ -71,7 +71,9 @@ class Variant {
   Variant(std::shared_ptr<T> o) : value_(ObjectPtr(std::move(o))) {}
 
   Variant(const Variant& other);
-  Variant(Variant&&) noexcept = default;
+  // Defined out of line: g++ 12 misreads the inlined move of the string
+  // alternative as a read of uninitialised memory (-Wmaybe-uninitialized).
+  Variant(Variant&&) noexcept;
   Variant& operator=(const Variant& other);
   Variant& operator=(Variant&& other) noexcept {
     // Move out first: `other` may be an element of the array being replaced.

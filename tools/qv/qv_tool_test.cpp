@@ -1,8 +1,6 @@
 // Runs the built qv tool as a user would and checks its exact output and
 // exit status.
 #include <gtest/gtest.h>
-#include <stdio.h>
-#include <sys/wait.h>
 
 #include <algorithm>
 #include <filesystem>
@@ -12,6 +10,7 @@
 #include <vector>
 
 #include "com/text.h"
+#include "testing/run_tool.h"
 #include "testing/temp_dir.h"
 
 #ifdef QVGLOBAL_QV_TOOL
@@ -21,31 +20,11 @@ namespace {
 
 namespace fs = std::filesystem;
 
-struct ToolRun {
-  int status = -1;
-  std::string out;
-  std::string err;
-};
+using ::qv::testing::ToolRun;
 
-// Runs `qv <args>` through the shell; `env` is put in front of the command
-// (e.g. "TMPDIR=/x").
+// Runs `qv <args>`; `env` is put in front of the command (e.g. "TMPDIR=/x").
 ToolRun RunQv(const std::string& args, const std::string& env = "") {
-  testing::TempDir scratch;
-  const std::string err_file = scratch.File("stderr");
-  const std::string command =
-      env + " '" + QVGLOBAL_QV_TOOL + "' " + args + " 2>'" + err_file + "'";
-  ToolRun run;
-  FILE* pipe = popen(command.c_str(), "r");
-  if (pipe == nullptr) return run;
-  char buffer[4096];
-  size_t n;
-  while ((n = fread(buffer, 1, sizeof buffer, pipe)) > 0)
-    run.out.append(buffer, n);
-  const int wait_status = pclose(pipe);
-  run.status = WIFEXITED(wait_status) ? WEXITSTATUS(wait_status) : -1;
-  std::ifstream err(err_file);
-  run.err.assign(std::istreambuf_iterator<char>(err), {});
-  return run;
+  return ::qv::testing::RunTool(QVGLOBAL_QV_TOOL, args, env);
 }
 
 std::vector<std::string> Lines(const std::string& text) {
