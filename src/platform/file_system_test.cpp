@@ -11,7 +11,7 @@
 #include <sstream>
 #include <string>
 
-#include "com/error.h"
+#include "testing/expect_error.h"
 
 namespace qv::platform {
 namespace {
@@ -75,16 +75,10 @@ TEST(FileSystemNamingTest, EdgesOfNames) {
 }
 
 void ExpectError(int32_t number, const std::string& text, auto&& call) {
-  try {
-    call();
-    ADD_FAILURE() << "no error raised, expected " << number;
-  } catch (const Error& e) {
-    EXPECT_EQ(e.number(), number);
-    EXPECT_EQ(e.description(), text);
-  }
+  EXPECT_TRUE(qv::testing::RaisesError(call, number, text));
 }
 
-class FileSystemDiskTest : public testing::Test {
+class FileSystemDiskTest : public ::testing::Test {
  protected:
   void SetUp() override {
     std::string pattern =

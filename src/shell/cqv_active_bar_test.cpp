@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <string>
+#include <tuple>
 #include <utility>
 #include <vector>
 
@@ -51,62 +52,45 @@ TEST(CQVActiveBarTest, UnknownKeyCodesRaiseObjectError1000) {
   }
 }
 
-TEST(CQVActiveBarTest, EncodesPlainAndCtrlKeys) {
-  const CQVActiveBar bar;
-  EXPECT_EQ(bar.ABKeyCodeFromKey('A', kCtrl), 1);
-  EXPECT_EQ(bar.ABKeyCodeFromKey('Z', kCtrl), 26);
-  EXPECT_EQ(bar.ABKeyCodeFromKey('@', kCtrl), 0);
-  EXPECT_EQ(bar.ABKeyCodeFromKey('[', kCtrl), 0);
-  EXPECT_EQ(bar.ABKeyCodeFromKey('a', kCtrl),
-            0);  // a virtual key, not a letter
-  EXPECT_EQ(bar.ABKeyCodeFromKey('A', 0), 0);
-  EXPECT_EQ(bar.ABKeyCodeFromKey(112, 0), 27);  // F1
-  EXPECT_EQ(bar.ABKeyCodeFromKey(123, 0), 38);  // F12
-  EXPECT_EQ(bar.ABKeyCodeFromKey(111, 0), 0);
-  EXPECT_EQ(bar.ABKeyCodeFromKey(124, 0), 0);  // F13
-  EXPECT_EQ(bar.ABKeyCodeFromKey(112, kCtrl), 39);
-  EXPECT_EQ(bar.ABKeyCodeFromKey(123, kCtrl), 50);
-  EXPECT_EQ(bar.ABKeyCodeFromKey(45, kCtrl), 75);  // Insert
-  EXPECT_EQ(bar.ABKeyCodeFromKey(45, 0), 0);
-  EXPECT_EQ(bar.ABKeyCodeFromKey(46, kCtrl), 0);  // Delete
-}
+// Virtual keys pressed with one shift state and the codes they encode to.
+struct EncodeRow {
+  int16_t shift;
+  std::vector<int16_t> keys;
+  std::vector<int16_t> codes;
+};
 
-TEST(CQVActiveBarTest, EncodesShiftedKeys) {
+TEST(CQVActiveBarTest, EncodesKeysByTheirShiftState) {
+  // Ctrl takes letters ('a' is a virtual key, not a letter), F1-F12 and
+  // Insert; Shift takes F1-F12 only; Shift+Ctrl takes any key for a function
+  // key; Alt takes Backspace alone.
+  const std::vector<EncodeRow> rows = {
+      {0, {'A', 112, 123, 111, 124, 45, 8}, {0, 27, 38, 0, 0, 0, 0}},
+      {kCtrl,
+       {'A', 'Z', '@', '[', 'a', 112, 123, 45, 46, 8},
+       {1, 26, 0, 0, 0, 39, 50, 75, 0, 0}},
+      {kShift, {112, 123, 124, 45, 46}, {51, 62, 0, 0, 0}},
+      {kShift | kCtrl, {112, 123, 'A', 8, INT16_MAX}, {63, 74, 16, -41, 32718}},
+      {kAlt, {8, 112}, {79, 0}},
+      {kAlt | kCtrl, {8}, {0}},
+      {kAlt | kShift, {8}, {0}},
+      {kAlt | kShift | kCtrl, {8}, {0}},
+  };
   const CQVActiveBar bar;
-  EXPECT_EQ(bar.ABKeyCodeFromKey(112, kShift), 51);
-  EXPECT_EQ(bar.ABKeyCodeFromKey(123, kShift), 62);
-  EXPECT_EQ(bar.ABKeyCodeFromKey(124, kShift), 0);
-  EXPECT_EQ(bar.ABKeyCodeFromKey(45, kShift), 0);  // Shift+Insert
-  EXPECT_EQ(bar.ABKeyCodeFromKey(46, kShift), 0);  // Shift+Delete
-  // Shift+Ctrl takes any key for a function key.
-  EXPECT_EQ(bar.ABKeyCodeFromKey(112, kShift | kCtrl), 63);
-  EXPECT_EQ(bar.ABKeyCodeFromKey(123, kShift | kCtrl), 74);
-  EXPECT_EQ(bar.ABKeyCodeFromKey('A', kShift | kCtrl), 16);
-  EXPECT_EQ(bar.ABKeyCodeFromKey(8, kShift | kCtrl), -41);
-  EXPECT_EQ(bar.ABKeyCodeFromKey(INT16_MAX, kShift | kCtrl), 32718);
-}
-
-TEST(CQVActiveBarTest, EncodesOnlyAltBackspaceWithAlt) {
-  const CQVActiveBar bar;
-  EXPECT_EQ(bar.ABKeyCodeFromKey(8, kAlt), 79);
-  EXPECT_EQ(bar.ABKeyCodeFromKey(8, kAlt | kCtrl), 0);
-  EXPECT_EQ(bar.ABKeyCodeFromKey(8, kAlt | kShift), 0);
-  EXPECT_EQ(bar.ABKeyCodeFromKey(8, kAlt | kShift | kCtrl), 0);
-  EXPECT_EQ(bar.ABKeyCodeFromKey(112, kAlt), 0);
-  EXPECT_EQ(bar.ABKeyCodeFromKey(8, 0), 0);
-  EXPECT_EQ(bar.ABKeyCodeFromKey(8, kCtrl), 0);
+  for (const EncodeRow& row : rows) {
+    ASSERT_EQ(row.keys.size(), row.codes.size());
+    for (size_t i = 0; i < row.keys.size(); ++i) {
+      EXPECT_EQ(bar.ABKeyCodeFromKey(row.keys[i], row.shift), row.codes[i])
+          << "key " << row.keys[i] << " shift " << row.shift;
+    }
+  }
 }
 
 TEST(CQVActiveBarTest, EncoderAndDecoderDisagreeAsTheToolbarsExpect) {
   const CQVActiveBar bar;
-  int16_t ctrl_f1 = bar.ABKeyCodeFromKey(112, kCtrl);
-  EXPECT_EQ(bar.ABKeyCodeToSendKeyStr(ctrl_f1), "^{F2}");
-  int16_t ctrl_insert = bar.ABKeyCodeFromKey(45, kCtrl);
-  EXPECT_EQ(bar.ABKeyCodeToSendKeyStr(ctrl_insert), "%{BACKSPACE}");
-  int16_t f12 = bar.ABKeyCodeFromKey(123, 0);
-  EXPECT_EQ(bar.ABKeyCodeToSendKeyStr(f12), "^{F1}");
-  int16_t shift_ctrl_f12 = bar.ABKeyCodeFromKey(123, kShift | kCtrl);
-  EXPECT_EQ(bar.ABKeyCodeToSendKeyStr(shift_ctrl_f12), "+{DELETE}");
+  EXPECT_EQ(Decode(bar.ABKeyCodeFromKey(112, kCtrl)), "^{F2}");
+  EXPECT_EQ(Decode(bar.ABKeyCodeFromKey(45, kCtrl)), "%{BACKSPACE}");
+  EXPECT_EQ(Decode(bar.ABKeyCodeFromKey(123, 0)), "^{F1}");
+  EXPECT_EQ(Decode(bar.ABKeyCodeFromKey(123, kShift | kCtrl)), "+{DELETE}");
   EXPECT_TRUE(RaisesUnknownKeyCode(bar.ABKeyCodeFromKey(8, kAlt)));
 }
 
@@ -132,23 +116,25 @@ TEST(CQVActiveBarTest, ArrayToolnamesIsANewZeroBasedArrayOfTwelve) {
 }
 
 TEST(CQVActiveBarTest, MembershipTestsUseTheirOwnCaseRules) {
+  // {name, in ARRAY_TOOLNAMES (exact case), a context-menu tool (any case)}
+  const std::vector<std::tuple<std::string, bool, bool>> rows = {
+      {"tCut", true, true},
+      {"tcut", false, true},
+      {"TSELECTIONLISTSORT", false, true},
+      {"tImport", false, true},
+      {"texport", false, true},
+      {"tExitModul", true, false},
+      {"tQvABVersion", true, false},
+      {"bdQVPopup", false, false},
+      {"100000", false, false},
+      {"", false, false},
+      {" tCut", false, false}};
   const CQVActiveBar bar;
-  EXPECT_TRUE(bar.IsToolInArrayToolnames("tCut"));
-  EXPECT_FALSE(bar.IsToolInArrayToolnames("tcut"));
-  EXPECT_TRUE(bar.IsCMToolName("tcut"));
-  EXPECT_TRUE(bar.IsCMToolName("TSELECTIONLISTSORT"));
-  EXPECT_FALSE(bar.IsToolInArrayToolnames("tImport"));
-  EXPECT_TRUE(bar.IsCMToolName("tImport"));
-  EXPECT_TRUE(bar.IsCMToolName("texport"));
-  EXPECT_TRUE(bar.IsToolInArrayToolnames("tExitModul"));
-  EXPECT_FALSE(bar.IsCMToolName("tExitModul"));
-  EXPECT_TRUE(bar.IsToolInArrayToolnames("tQvABVersion"));
-  EXPECT_FALSE(bar.IsCMToolName("tQvABVersion"));
-  EXPECT_FALSE(bar.IsToolInArrayToolnames("bdQVPopup"));
-  EXPECT_FALSE(bar.IsToolInArrayToolnames("100000"));
-  EXPECT_FALSE(bar.IsToolInArrayToolnames(""));
-  EXPECT_FALSE(bar.IsCMToolName(""));
-  EXPECT_FALSE(bar.IsCMToolName(" tCut"));
+  for (const auto& [name, in_array, is_cm] : rows) {
+    SCOPED_TRACE(name);
+    EXPECT_EQ(bar.IsToolInArrayToolnames(name), in_array);
+    EXPECT_EQ(bar.IsCMToolName(name), is_cm);
+  }
 }
 
 TEST(CQVActiveBarTest, InterfaceListsTheNamesThenTheMethodsInOrder) {
