@@ -10,6 +10,7 @@
 #include "datasource/db_catalog.h"
 #include "datasource/db_connection.h"
 #include "datasource/db_maintenance.h"
+#include "datasource/open_files.h"
 #include "datasource/qv_recordset.h"
 #include "modules/cpr_func.h"
 #include "platform/file_system.h"
@@ -110,17 +111,18 @@ void CQvDbContainer::closeQvConnection(
 void CQvDbContainer::compact(const std::string& path,
                              const std::string& method,
                              const Progress& progress) {
-  const std::string key = normalisePath(path);
-  if (connections_.Exists(Variant(key))) {
-    Raise(QvDbErrorConnectionInUse, method,
-          "database in use, close its connections before compacting "
-          "(Path: " + key + ")");
-  }
-  // Resolve the file as it is written on disk (the key is lower case).
+  // Resolve the file as it is written on disk (paths compare in any case).
   std::shared_ptr<ds::DbConnection> probe;
   openConnection(probe, text::Trim(path));
   const std::string file = probe->Path();
   closeConnection(probe);
+  // Compaction replaces the file: no connection of this process, through
+  // this container or any other, may still have it open.
+  if (ds::OpenFiles::Count(file) > 0) {
+    Raise(QvDbErrorConnectionInUse, method,
+          "database in use, close its connections before compacting "
+          "(Path: " + normalisePath(path) + ")");
+  }
   ds::DbCatalog::Compact(file, file + ".qvTmp", progress);
 }
 

@@ -178,6 +178,17 @@ TEST_F(CQvDbContainerTest, CompactionKeepsEveryRecordAndNoTemporaryFile) {
                               text::LCase(file) + ")",
                           "CQvDBContainer.compactQvProjectConnection"));
   container_.closeQvConnection(con);
+  {
+    // Connections of another container in this process count too.
+    CQvDbContainer other;
+    auto held = other.getQvProjectConnection(file);
+    EXPECT_TRUE(RaisesError(
+        [&] { container_.compactQvProjectConnection(" " + file); },
+        QvDbErrorConnectionInUse,
+        "CQvDBContainer: database in use, close its connections before "
+        "compacting (Path: " + text::LCase(file) + ")"));
+    other.closeQvConnection(held);
+  }
 
   std::ofstream(file + ".qvTmp") << "stale";
   uint64_t last = 0, total = 0;

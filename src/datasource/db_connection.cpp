@@ -14,6 +14,7 @@
 #include "datasource/db_catalog.h"
 #include "datasource/db_error.h"
 #include "datasource/engine_error.h"
+#include "datasource/open_files.h"
 #include "datasource/sql_values.h"
 #include "datasource/statement_cache.h"
 #include "platform/file_system.h"
@@ -72,6 +73,7 @@ void DbConnection::Open(const std::string& connection_string) {
   connection_string_ = cs;
   path_ = *path;
   depth_ = 0;
+  OpenFiles::Add(path_);
 }
 
 void DbConnection::Close() {
@@ -80,6 +82,7 @@ void DbConnection::Close() {
   ReleaseCachedStatements(*this);
   db_.reset();  // SQLite rolls back what is still open
   depth_ = 0;
+  OpenFiles::Remove(path_);
 }
 
 int32_t DbConnection::State() const { return db_ ? kStateOpen : kStateClosed; }
