@@ -45,9 +45,8 @@ class DbCatalogTest : public ::testing::Test {
     con_.Execute(
         "INSERT INTO stock VALUES ('G1', 'EG'), ('G1', 'OG'), ('G2', 'EG')");
     con_.Execute(
-        "INSERT INTO raum VALUES ('G1', 'EG', 'R1', 10.5), ('G1', 'OG', 'R2', "
-        "20), "
-        "('G2', 'EG', 'R3', 30)");
+        "INSERT INTO raum VALUES ('G1', 'EG', 'R1', 10.5), "
+        "('G1', 'OG', 'R2', 20), ('G2', 'EG', 'R3', 30)");
   }
   static ForeignKeyDef Relation(std::string name, std::string parent,
                                 std::vector<std::string> columns) {
@@ -105,36 +104,33 @@ TEST_F(DbCatalogTest, NamesWithQuotesAndSqlAreData) {
 TEST_F(DbCatalogTest, EnforcesTextLengthAndSmallIntRange) {
   catalog_.CreateTable(
       "raum", {{"Raum", kAdVarWChar, 5}, {"Anzahl", kAdSmallInt}}, {"Raum"});
-  const std::string insert = "INSERT INTO raum VALUES (?, ?)";
+  catalog_.AddColumn("raum", {"Name", kAdVarWChar, 2});
+  const std::string insert = "INSERT INTO raum (Raum, Anzahl) VALUES (?, ?)";
   con_.Execute(insert,
                {"äöüßé", int16_t{-32768}});  // five characters, not bytes
   con_.Execute(insert, {"b", 32767});
-  EXPECT_TRUE(RaisesError(
-      [&] {
-        con_.Execute(insert, {"abcdef", 1});
-      },
-      dberr::kConstraint,
-      "text too long for column 'Raum' of table 'raum': at most 5 characters",
-      "DbConnection.Execute"));
-  EXPECT_TRUE(RaisesError(
-      [&] {
-        con_.Execute(insert, {"c", 32768});
-      },
-      dberr::kConstraint,
-      "value out of range for column 'Anzahl' of table 'raum': "
-      "-32768 to 32767"));
-  EXPECT_TRUE(RaisesError(
-      [&] {
-        con_.Execute(
-            "UPDATE raum SET Anzahl = Anzahl - 1 WHERE Raum = 'äöüßé'");
-      },
-      dberr::kConstraint,
-      "value out of range for column 'Anzahl' of table 'raum': -32768 to "
-      "32767"));
-  catalog_.AddColumn("raum", {"Name", kAdVarWChar, 2});
-  EXPECT_TRUE(RaisesError(
-      [&] { con_.Execute("UPDATE raum SET Name = 'xyz'"); }, dberr::kConstraint,
-      "text too long for column 'Name' of table 'raum': at most 2 characters"));
+  const std::string range =
+      "value out of range for column 'Anzahl' of table 'raum': -32768 to 32767";
+  const struct {
+    std::string sql;
+    std::vector<Variant> params;
+    std::string text;
+  } kCases[] = {
+      {insert,
+       {"abcdef", 1},
+       "text too long for column 'Raum' of table 'raum': at most 5 characters"},
+      {insert, {"c", 32768}, range},
+      {"UPDATE raum SET Anzahl = Anzahl - 1 WHERE Raum = 'äöüßé'", {}, range},
+      {"UPDATE raum SET Name = 'xyz'",
+       {},
+       "text too long for column 'Name' of table 'raum': at most 2 characters"},
+  };
+  for (const auto& c : kCases) {
+    SCOPED_TRACE(c.sql);
+    EXPECT_TRUE(RaisesError([&] { con_.Execute(c.sql, c.params); },
+                            dberr::kConstraint, c.text,
+                            "DbConnection.Execute"));
+  }
   EXPECT_EQ(con_.QueryValue("SELECT count(*) FROM raum"), Variant(2));
 }
 
@@ -150,45 +146,40 @@ TEST_F(DbCatalogTest, ReadsColumnTypesAndKeyOrder) {
   EXPECT_EQ(catalog_.Columns("ALLE"), columns);
   EXPECT_EQ(catalog_.PrimaryKey("alle"),
             (std::vector<std::string>{"Zahl", "Text", "Nr"}));
-  EXPECT_TRUE(RaisesError([&] { catalog_.Columns("nope"); }, dberr::kCatalog,
-                          "table not found: 'nope'", "DbCatalog.Columns"));
-  EXPECT_TRUE(RaisesError([&] { catalog_.PrimaryKey("nope"); }, dberr::kCatalog,
-                          "table not found: 'nope'", "DbCatalog.PrimaryKey"));
 }
 
-TEST_F(DbCatalogTest, RejectsInvalidDefinitions) {
-  const char* kSource = "DbCatalog.CreateTable";
+TEST_F(DbCatalogTest, RejectsInvalidDefinitionsAndUnknownTables) {
+  const struct {
+    std::vector<ColumnDef> columns;
+    std::vector<std::string> keys;
+    std::string text;
+  } kBad[] = {
+      {{{"a", 99}}, {}, "unknown column type 99 for column 'a' of table 't'"},
+      {{{"a", kAdVarWChar}}, {}, "invalid size 0 for column 'a' of table 't'"},
+      {{{"a"}, {"A"}}, {}, "duplicate column 'A' in table 't'"},
+      {{{"a"}}, {"b"}, "column not found: 'b' in table 't'"},
+      {{}, {}, "table 't' has no columns"},
+  };
+  for (const auto& c : kBad) {
+    SCOPED_TRACE(c.text);
+    EXPECT_TRUE(
+        RaisesError([&] { catalog_.CreateTable("t", c.columns, c.keys); },
+                    dberr::kCatalog, c.text, "DbCatalog.CreateTable"));
+  }
+  EXPECT_FALSE(catalog_.HasTable("t"));
   EXPECT_TRUE(RaisesError(
       [&] { catalog_.CreateTable("qvVersions", {{"a"}}, {}); }, dberr::kCatalog,
-      "table already exists: 'qvVersions'", kSource));
-  EXPECT_TRUE(RaisesError(
-      [&] {
-        catalog_.CreateTable("t", {{"a", 99}}, {});
-      },
-      dberr::kCatalog, "unknown column type 99 for column 'a' of table 't'",
-      kSource));
-  EXPECT_TRUE(RaisesError(
-      [&] {
-        catalog_.CreateTable("t", {{"a", kAdVarWChar}}, {});
-      },
-      dberr::kCatalog, "invalid size 0 for column 'a' of table 't'"));
-  EXPECT_TRUE(RaisesError(
-      [&] {
-        catalog_.CreateTable("t", {{"a"}, {"A"}}, {});
-      },
-      dberr::kCatalog, "duplicate column 'A' in table 't'"));
-  EXPECT_TRUE(RaisesError([&] { catalog_.CreateTable("t", {{"a"}}, {"b"}); },
-                          dberr::kCatalog,
-                          "column not found: 'b' in table 't'"));
-  EXPECT_TRUE(RaisesError([&] { catalog_.CreateTable("t", {}, {}); },
-                          dberr::kCatalog, "table 't' has no columns"));
-  EXPECT_FALSE(catalog_.HasTable("t"));
+      "table already exists: 'qvVersions'", "DbCatalog.CreateTable"));
   EXPECT_TRUE(RaisesError(
       [&] {
         catalog_.AddColumn("qvversions", {"NAME", kAdInteger});
       },
       dberr::kCatalog, "column already exists: 'NAME' in table 'qvversions'",
       "DbCatalog.AddColumn"));
+  EXPECT_TRUE(RaisesError([&] { catalog_.Columns("nope"); }, dberr::kCatalog,
+                          "table not found: 'nope'", "DbCatalog.Columns"));
+  EXPECT_TRUE(RaisesError([&] { catalog_.PrimaryKey("nope"); }, dberr::kCatalog,
+                          "table not found: 'nope'", "DbCatalog.PrimaryKey"));
   EXPECT_TRUE(RaisesError([&] { catalog_.DropTable("nope"); }, dberr::kCatalog,
                           "table not found: 'nope'", "DbCatalog.DropTable"));
 }
@@ -216,6 +207,9 @@ TEST_F(DbCatalogTest, ForeignKeysSurviveReopenWithNamesAndRules) {
   ASSERT_EQ(referencing.size(), 2u);
   EXPECT_EQ(referencing[0].first, "raum");
   EXPECT_EQ(referencing[1].first, "stock");
+  catalog_.DropTable("RAUM");
+  EXPECT_EQ(catalog_.Tables(),
+            (std::vector<std::string>{"gebaeude", "qvversions", "stock"}));
 }
 
 TEST_F(DbCatalogTest, AddingAndDroppingKeysKeepsRowsIndexesAndOtherKeys) {
@@ -328,13 +322,6 @@ TEST_F(DbCatalogTest, ReadsTablesWrittenByOtherTools) {
   EXPECT_EQ(catalog_.ForeignKeys("h"),
             (std::vector<ForeignKeyDef>{inline_key}));
   EXPECT_EQ(con_.QueryValue("SELECT c FROM h"), Variant("x"));
-}
-
-TEST_F(DbCatalogTest, DropsTables) {
-  CreateHierarchy();
-  catalog_.DropTable("RAUM");
-  EXPECT_EQ(catalog_.Tables(),
-            (std::vector<std::string>{"gebaeude", "qvversions", "stock"}));
 }
 
 class DbCompactTest : public DbCatalogTest {

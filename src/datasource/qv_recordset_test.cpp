@@ -79,12 +79,12 @@ TEST_F(QvRecordsetTest, PlainTableGivesPrimaryKeyColumnsFirst) {
       "INSERT INTO plain VALUES (1.5, 'b', 2), (2.5, 'a', 2), (0.5, 'z', 1)");
   auto rs = db_.Open("plain");
   EXPECT_EQ(rs->getKeyCount(), 2);
-  EXPECT_EQ(rs->getFieldName(0), "Nr");
-  EXPECT_EQ(rs->getFieldName(1), "Name");
-  EXPECT_EQ(rs->getFieldName(2), "Wert");
+  std::vector<std::string> names;
   std::vector<double> values;
+  for (int16_t i = 0; i < 3; ++i) names.push_back(rs->getFieldName(i));
   for (rs->moveFirst(); !rs->isEOF(); rs->moveNext())
     values.push_back(rs->getFieldValue(2).ToDouble());
+  EXPECT_EQ(names, (std::vector<std::string>{"Nr", "Name", "Wert"}));
   EXPECT_EQ(values, (std::vector<double>{0.5, 2.5, 1.5}));  // by Nr, then Name
 }
 
@@ -105,36 +105,33 @@ TEST_F(QvRecordsetTest, OpenTableReportsFailureByItsResult) {
 
 TEST_F(QvRecordsetTest, ReadBlockByOneToFourLeadingKeys) {
   auto rs = db_.Open("raum");
-  SetKeys(*rs, {"G2", "S1", "W2", "R1"});
-  EXPECT_TRUE(rs->readBlock(1, true));
-  EXPECT_EQ(rs->getRecordCount(), 18);
-  SetKeys(*rs, {"G2", "S1", "W2", "R1"});
-  EXPECT_TRUE(rs->readBlock(2, true));
-  EXPECT_EQ(rs->getRecordCount(), 6);
-  SetKeys(*rs, {"G2", "S1", "W2", "R1"});
-  EXPECT_TRUE(rs->readBlock(3, true));
-  EXPECT_EQ(RoomKeys(*rs), (std::vector<std::string>{
-                               "G2/S1/W2/R3", "G2/S1/W2/R2", "G2/S1/W2/R1"}));
-  SetKeys(*rs, {"G2", "S1", "W2", "R1"});
-  EXPECT_TRUE(rs->readBlock(4, true));
+  const struct {
+    int16_t keys;
+    int32_t records;
+  } kCases[] = {{1, 18}, {2, 6}, {3, 3}, {4, 1}};
+  for (const auto& c : kCases) {
+    SCOPED_TRACE(c.keys);
+    SetKeys(*rs, {"G2", "S1", "W2", "R1"});
+    EXPECT_TRUE(rs->readBlock(c.keys, true));
+    EXPECT_EQ(rs->getRecordCount(), c.records);
+  }
   EXPECT_EQ(RoomKeys(*rs), (std::vector<std::string>{"G2/S1/W2/R1"}));
 }
 
 TEST_F(QvRecordsetTest, BlockOrderIsOrderNumThenKeyAtEveryLevel) {
   auto rs = db_.Open("stock");
-  SetKeys(*rs, {"G1"});
-  rs->readBlock(1, true);
-  std::vector<std::string> storeys;
-  for (rs->moveFirst(); !rs->isEOF(); rs->moveNext())
-    storeys.push_back(Text(*rs, "Stock"));
-  EXPECT_EQ(storeys, (std::vector<std::string>{"S3", "S2", "S1"}));
+  auto storeys = [&] {
+    SetKeys(*rs, {"G1"});
+    rs->readBlock(1, true);
+    std::vector<std::string> keys;
+    for (rs->moveFirst(); !rs->isEOF(); rs->moveNext())
+      keys.push_back(Text(*rs, "Stock"));
+    return keys;
+  };
+  EXPECT_EQ(storeys(), (std::vector<std::string>{"S3", "S2", "S1"}));
   // Equal order numbers fall back to the key.
   db_.con()->Execute("UPDATE stock_t SET OrderNum = 0");
-  rs->readBlock(1, true);
-  storeys.clear();
-  for (rs->moveFirst(); !rs->isEOF(); rs->moveNext())
-    storeys.push_back(Text(*rs, "Stock"));
-  EXPECT_EQ(storeys, (std::vector<std::string>{"S1", "S2", "S3"}));
+  EXPECT_EQ(storeys(), (std::vector<std::string>{"S1", "S2", "S3"}));
 }
 
 TEST_F(QvRecordsetTest, TextKeysMatchWithoutRegardToCase) {
