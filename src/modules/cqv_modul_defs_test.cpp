@@ -2,7 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "com/class_factory.h"
@@ -56,6 +58,8 @@ TEST_F(CQvModulDefsTest, TableOrderAndEnumerationValues) {
   EXPECT_EQ(defs_.StrToModul("PN"), 14);
   EXPECT_EQ(defs_.GetExtension(QvModulGL), "GL");
   EXPECT_EQ(defs_.GetExtension(static_cast<QvModul_t_>(16)), "JS");
+  EXPECT_EQ(defs_.BuildDBName("Haus_A", QvModulVM), "Haus_A_VM.qv3");
+  EXPECT_EQ(defs_.BuildDBName("", QvModulPn), "_PN.qv3");
 }
 
 TEST_F(CQvModulDefsTest, FlagsAndDescriptions) {
@@ -114,15 +118,20 @@ TEST_F(CQvModulDefsTest, ProjectModules) {
 }
 
 TEST_F(CQvModulDefsTest, NotFoundTexts) {
-  EXPECT_TRUE(
-      Raises1000([&] { defs_.GetQvModulDef("XY"); },
-                 "CQvModulDefs->GetProjectModul: Finde zu 'XY' kein Struktur"));
-  EXPECT_TRUE(
-      Raises1000([&] { defs_.StrToModul("Ry"); },
-                 "CQvModulDefs->GetProjectModul: Finde zu 'Ry' kein Struktur"));
-  EXPECT_TRUE(Raises1000(
-      [&] { defs_.IsMultiProjectModul(""); },
-      "CQvModulDefs->IsMultiProjectModul: Modul '' nicht gefunden."));
+  const std::string ext = "CQvModulDefs->GetExtension: Modul '";
+  const std::vector<std::pair<std::function<void()>, std::string>> direct = {
+      {[&] { defs_.GetQvModulDef("XY"); },
+       "CQvModulDefs->GetProjectModul: Finde zu 'XY' kein Struktur"},
+      {[&] { defs_.StrToModul("Ry"); },
+       "CQvModulDefs->GetProjectModul: Finde zu 'Ry' kein Struktur"},
+      {[&] { defs_.IsMultiProjectModul(""); },
+       "CQvModulDefs->IsMultiProjectModul: Modul '' nicht gefunden."},
+      {[&] { defs_.GetExtension(QvModulXo); }, ext + "8' nicht gefunden."},
+      {[&] { defs_.GetExtension(QvModulBA); }, ext + "3' nicht gefunden."},
+      {[&] { defs_.BuildDBName("Haus", QvModulRy); },
+       ext + "15' nicht gefunden."},
+  };
+  for (const auto& [call, text] : direct) EXPECT_TRUE(Raises1000(call, text));
   const std::vector<std::pair<std::string, std::string>> methods = {
       {"IsModulWithBearbeitungsstand", "Modul '"},
       {"IsModulWithBearbeitungsaenderungen", "Modul '"},
@@ -139,20 +148,6 @@ TEST_F(CQvModulDefsTest, NotFoundTexts) {
         [&] { defs_.Call(method, {"XY"}); },
         "CQvModulDefs->" + method + ": " + what + "XY' nicht gefunden."));
   }
-  EXPECT_TRUE(
-      Raises1000([&] { defs_.GetExtension(QvModulXo); },
-                 "CQvModulDefs->GetExtension: Modul '8' nicht gefunden."));
-  EXPECT_TRUE(
-      Raises1000([&] { defs_.GetExtension(QvModulBA); },
-                 "CQvModulDefs->GetExtension: Modul '3' nicht gefunden."));
-  EXPECT_TRUE(
-      Raises1000([&] { defs_.BuildDBName("Haus", QvModulRy); },
-                 "CQvModulDefs->GetExtension: Modul '15' nicht gefunden."));
-}
-
-TEST_F(CQvModulDefsTest, BuildDBName) {
-  EXPECT_EQ(defs_.BuildDBName("Haus_A", QvModulVM), "Haus_A_VM.qv3");
-  EXPECT_EQ(defs_.BuildDBName("", QvModulPn), "_PN.qv3");
 }
 
 TEST(CQvModulDefsByNameTest, CreatedAndCalledByName) {
