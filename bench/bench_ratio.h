@@ -41,8 +41,9 @@ class RatioReporter : public benchmark::ConsoleReporter {
   std::map<std::string, double> cpu_, real_;
 };
 
-// Runs the benchmarks and prints "<label>/raw ratio: X.XX (target <= T)".
-// Both benchmarks must use the same time unit.
+// Runs the benchmarks and prints "<label> ratio: X.XX (target <= T)", the
+// label naming both sides ("readBlock/raw"). Both benchmarks must use the
+// same time unit.
 inline int RunWithRatio(int argc, char** argv, const std::string& ours,
                         const std::string& raw, const char* label,
                         double target) {
@@ -53,11 +54,10 @@ inline int RunWithRatio(int argc, char** argv, const std::string& ours,
   benchmark::Shutdown();
   const double a = reporter.Cpu(ours), b = reporter.Cpu(raw);
   if (a <= 0 || b <= 0) {
-    std::printf("%s/raw ratio: not measured (both benchmarks must run)\n",
-                label);
+    std::printf("%s ratio: not measured (both benchmarks must run)\n", label);
     return 0;
   }
-  std::printf("%s/raw ratio: %.2f (target <= %g)\n", label, a / b, target);
+  std::printf("%s ratio: %.2f (target <= %g)\n", label, a / b, target);
   std::printf("  (CPU time; wall-clock ratio %.2f)\n",
               reporter.Real(ours) / reporter.Real(raw));
   return 0;

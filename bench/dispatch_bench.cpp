@@ -138,25 +138,7 @@ BENCHMARK(BM_InvokeById);
 
 }  // namespace
 
-// The ratio line comes from real time, as measured; on a busy machine real
-// time includes waiting for a processor, so the CPU time ratio is printed
-// beside it. Run without --benchmark_repetitions for the ratio.
 int main(int argc, char** argv) {
-  benchmark::Initialize(&argc, argv);
-  if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
-  qv::bench::RatioReporter reporter;
-  benchmark::RunSpecifiedBenchmarks(&reporter);
-  benchmark::Shutdown();
-
-  const double direct = reporter.Real("BM_Direct");
-  const double invoke = reporter.Real("BM_InvokeByName");
-  if (direct <= 0 || invoke <= 0) {
-    std::printf(
-        "Invoke/direct ratio: not measured (both benchmarks must run)\n");
-    return 0;
-  }
-  std::printf("Invoke/direct ratio: %.2f (target <= 10)\n", invoke / direct);
-  std::printf("  (real time; CPU time ratio %.2f)\n",
-              reporter.Cpu("BM_InvokeByName") / reporter.Cpu("BM_Direct"));
-  return 0;
+  return qv::bench::RunWithRatio(argc, argv, "BM_InvokeByName", "BM_Direct",
+                                 "Invoke/direct", 10);
 }

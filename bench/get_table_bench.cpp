@@ -84,20 +84,7 @@ BENCHMARK(BM_UnorderedMapLookup);
 }  // namespace
 
 int main(int argc, char** argv) {
-  benchmark::Initialize(&argc, argv);
-  if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
-  qv::bench::RatioReporter reporter;
-  benchmark::RunSpecifiedBenchmarks(&reporter);
-  benchmark::Shutdown();
-  // CPU time, which a busy shared machine disturbs less than wall-clock time.
-  const double table = reporter.Cpu("BM_GetTableCached");
-  const double map = reporter.Cpu("BM_UnorderedMapLookup");
-  if (table > 0 && map > 0) {
-    fmt::print("getTable/unordered_map ratio: {:.2f} (target <= 3)\n",
-               table / map);
-    fmt::print("  (CPU time; wall-clock ratio {:.2f})\n",
-               reporter.Real("BM_GetTableCached") /
-                   reporter.Real("BM_UnorderedMapLookup"));
-  }
-  return 0;
+  return qv::bench::RunWithRatio(argc, argv, "BM_GetTableCached",
+                                 "BM_UnorderedMapLookup",
+                                 "getTable/unordered_map", 3);
 }

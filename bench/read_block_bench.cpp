@@ -196,5 +196,5 @@ BENCHMARK(BM_RawBlock)->Unit(benchmark::kMicrosecond);
 int main(int argc, char** argv) {
   Database();  // built before any timing
   return qv::bench::RunWithRatio(argc, argv, "BM_ReadBlock", "BM_RawBlock",
-                                 "readBlock", 2);
+                                 "readBlock/raw", 2);
 }

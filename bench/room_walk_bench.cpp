@@ -193,5 +193,5 @@ BENCHMARK(BM_RawWalk)->Unit(benchmark::kMillisecond);
 int main(int argc, char** argv) {
   Database();  // built before any timing
   return qv::bench::RunWithRatio(argc, argv, "BM_RecordsetWalk", "BM_RawWalk",
-                                 "room walk", 3);
+                                 "room walk/raw", 3);
 }
