@@ -35,11 +35,8 @@ class ConvertTableTest : public ::testing::Test {
   CQvConnection& con() { return db_.connection(); }
   ds::DbCatalog catalog() { return ds::DbCatalog(db_.db()); }
 
-  // A record set of its own, so that what it shows comes from the file.
   std::shared_ptr<QvRecordset> Open(const std::string& table) {
-    auto rs = std::make_shared<QvRecordset>();
-    EXPECT_TRUE(rs->openTable(db_.shared_connection()->m_conConnection, table));
-    return rs;
+    return db_.OpenRecordset(table);
   }
 
   void AddRooms(int count) {

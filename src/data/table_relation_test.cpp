@@ -38,9 +38,7 @@ class RelationTest : public ::testing::Test {
   ds::DbCatalog catalog() { return ds::DbCatalog(db_.db()); }
 
   std::shared_ptr<QvRecordset> Open(const std::string& table) {
-    auto rs = std::make_shared<QvRecordset>();
-    EXPECT_TRUE(rs->openTable(db_.shared_connection()->m_conConnection, table));
-    return rs;
+    return db_.OpenRecordset(table);
   }
 
   void AddRecord(const std::string& table, std::vector<Variant> values) {

@@ -1,12 +1,23 @@
 #include "testing/project_database.h"
 
+#include "com/error.h"
 #include "com/safe_array.h"
+#include "datasource/qv_recordset.h"
 
 namespace qv::testing {
 
 ProjectDatabase::ProjectDatabase() : path_(dir_.File("Projekt_HL.qv3")) {
   ds::DbConnection::CreateDatabase(path_);
   connection_ = OpenAnother();
+}
+
+std::shared_ptr<ds::QvRecordset> ProjectDatabase::OpenRecordset(
+    const std::string& table) {
+  auto rs = std::make_shared<ds::QvRecordset>();
+  if (!rs->openTable(connection_->m_conConnection, table)) {
+    throw Error::Object1000("test fixture: cannot open table " + table);
+  }
+  return rs;
 }
 
 void ProjectDatabase::AddBuildingAndRoom() {

@@ -30,6 +30,11 @@ class ProjectDatabase {
   // related.
   void AddBuildingAndRoom();
 
+  // A record set of its own on `table`, outside the connection's cache, so
+  // that what it shows comes from the file. Raises when the table does not
+  // open.
+  std::shared_ptr<ds::QvRecordset> OpenRecordset(const std::string& table);
+
   // A further CQvConnection open on the same file.
   std::shared_ptr<CQvConnection> OpenAnother() const;
   // Ends the connection and opens a new one on the file.
