@@ -11,12 +11,12 @@
 #include <sqlite3.h>
 
 #include <cstdio>
-#include <filesystem>
 #include <memory>
 #include <string>
 #include <utility>
 #include <vector>
 
+#include "bench_database.h"
 #include "bench_ratio.h"
 #include "datasource/db_catalog.h"
 #include "datasource/db_connection.h"
@@ -28,14 +28,11 @@ using qv::Variant;
 using qv::ds::DbConnection;
 
 constexpr int kPerLevel = 100;
-constexpr char kDir[] = "/tmp/qvglobal_bench";
 constexpr char kSelect[] =
     "SELECT \"Projekt\", \"Gruppe\", \"Nr\", \"Name\", \"Wert\", \"Anzahl\" "
     "FROM \"messwert_t\" "
     "WHERE \"Projekt\" = ?1 AND \"Gruppe\" = ?2 ORDER BY \"Projekt\", "
     "\"Gruppe\", \"Nr\"";
-
-std::string DbPath() { return std::string(kDir) + "/read_block.qv3"; }
 
 std::string Projekt(int p) {
   char text[8];
@@ -43,25 +40,7 @@ std::string Projekt(int p) {
   return text;
 }
 
-bool DatabaseIsComplete(const std::string& path) {
-  if (!std::filesystem::exists(path)) return false;
-  try {
-    SQLite::Database db(path, SQLite::OPEN_READONLY);
-    return db.execAndGet("SELECT COUNT(*) FROM messwert_t").getInt() ==
-               kPerLevel * kPerLevel * kPerLevel &&
-           db.execAndGet("SELECT COUNT(*) FROM messwert").getInt() ==
-               kPerLevel * kPerLevel * kPerLevel;
-  } catch (const std::exception&) {
-    return false;
-  }
-}
-
-void BuildDatabase(const std::string& path) {
-  std::filesystem::create_directories(kDir);
-  std::filesystem::remove(path);
-  DbConnection::CreateDatabase(path);
-  DbConnection con;
-  con.Open(DbConnection::MakeConnectionString(path));
+void BuildDatabase(DbConnection& con) {
   using qv::ds::ColumnDef;
   const std::vector<ColumnDef> keys{{"Projekt", qv::ds::kAdVarWChar, 20},
                                     {"Gruppe", qv::ds::kAdInteger},
@@ -104,11 +83,15 @@ void BuildDatabase(const std::string& path) {
 }
 
 const std::string& Database() {
-  static const std::string path = [] {
-    const std::string p = DbPath();
-    if (!DatabaseIsComplete(p)) BuildDatabase(p);
-    return p;
-  }();
+  static const std::string path = qv::bench::BenchDatabase(
+      "read_block.qv3",
+      [](SQLite::Database& db) {
+        constexpr int kRows = kPerLevel * kPerLevel * kPerLevel;
+        return db.execAndGet("SELECT COUNT(*) FROM messwert_t").getInt() ==
+                   kRows &&
+               db.execAndGet("SELECT COUNT(*) FROM messwert").getInt() == kRows;
+      },
+      BuildDatabase);
   return path;
 }
 
