@@ -87,17 +87,31 @@ class ModuleQueriesTest(unittest.TestCase):
             str(e), "CQvModulDefs->GetProjectModul: Finde zu 'XY' kein Struktur")
 
 
+def new_database(folder):
+    """The container opens existing databases only; make one as the
+    suite's project creation does, with the version table."""
+    path = os.path.join(folder, "Projekt_VM.qv3")
+    with contextlib.closing(sqlite3.connect(path)) as db:
+        db.execute('CREATE TABLE qvversions ("Name" VARCHAR(255) '
+                   'COLLATE NOCASE PRIMARY KEY, "Version" INTEGER)')
+        db.commit()
+    return path
+
+
+def stored_rows(path, table):
+    with contextlib.closing(sqlite3.connect(path)) as db:
+        return db.execute(f'SELECT count(*) FROM "{table}"').fetchone()[0]
+
+
+# The engine adapter's "transaction used out of order" error.
+TRANSACTION_ERROR = -2147221504 + 0x2000 + 8
+
+
 @registered("CQvDbContainer", "CQvConnection")
 class ConnectionTest(unittest.TestCase):
     def test_one_connection_per_database(self):
         with tempfile.TemporaryDirectory() as folder:
-            path = os.path.join(folder, "Projekt_VM.qv3")
-            # The container opens existing databases only; make one as the
-            # suite's project creation does, with the version table.
-            with contextlib.closing(sqlite3.connect(path)) as db:
-                db.execute('CREATE TABLE qvversions ("Name" VARCHAR(255) '
-                           'COLLATE NOCASE PRIMARY KEY, "Version" INTEGER)')
-                db.commit()
+            path = new_database(folder)
             container = create("CQvDbContainer")
             con = container.getQvProjectConnection(path)
             again = container.getQvProjectConnection(" " + path.upper() + " ")
@@ -110,6 +124,40 @@ class ConnectionTest(unittest.TestCase):
             with self.assertRaises(qvglobal.ComError) as cm:
                 container.closeQvConnection(con)
             self.assertEqual(cm.exception.number, 3)
+
+    def test_transactions_on_the_connection_object(self):
+        with tempfile.TemporaryDirectory() as folder:
+            path = new_database(folder)
+            container = create("CQvDbContainer")
+            con = container.getQvProjectConnection(path)
+            con.addTable("Wand", 1, ["Nr", 3], ["Text", 203], False)
+            walls = con.getTable("wand")
+            db = con.m_conConnection
+
+            def add(number):
+                walls.clearVars()
+                walls.setValue("Nr", number)
+                walls.setValue("Text", "Wand %d" % number)
+                walls.insertRecord()
+
+            self.assertEqual(db.BeginTrans(), 1)
+            add(1)
+            self.assertEqual(db.BeginTrans(), 2)
+            add(2)
+            db.RollbackTrans()
+            self.assertEqual(walls.getRecordCount(), 1)
+            self.assertEqual(stored_rows(path, "wand"), 0)  # not committed
+            db.CommitTrans()
+            self.assertEqual(stored_rows(path, "wand"), 1)
+            with self.assertRaises(qvglobal.ComError) as cm:
+                db.CommitTrans()
+            self.assertEqual(cm.exception.number, TRANSACTION_ERROR)
+            self.assertEqual(cm.exception.description, "no transaction is open")
+
+            db.BeginTrans()
+            add(3)
+            container.closeQvConnection(con)  # the open transaction goes
+            self.assertEqual(stored_rows(path, "wand"), 1)
 
 
 if __name__ == "__main__":

@@ -74,6 +74,7 @@ bool CQvConnection::release() {
 
 std::shared_ptr<ds::QvRecordset> CQvConnection::getTable(
     const std::string& sTablename, bool bWithParent) {
+  catchUpWithRollback();
   TableNameKey key(sTablename);
   if (CQvRSwithBookMark* entry = findEntry(key)) {
     return entry->m_QvRecordset;
@@ -158,6 +159,7 @@ void CQvConnection::convertTable(const std::string& sTablename, int32_t lVer,
     setTableVersion(VersionRow(name), lVer);
     transaction.Commit();
   }
+  noteSchemaChange(name);
   refreshCached(name);
 }
 
@@ -202,6 +204,7 @@ void CQvConnection::addTable(const std::string& sTablename, int32_t lVer,
   TableSchema(con).CreateTablePair(name, layout);
   setTableVersion(VersionRow(name), lVer);
   transaction.Commit();
+  noteSchemaChange(name);
 }
 
 void CQvConnection::setChild(const std::string& sParent,
@@ -263,6 +266,49 @@ void CQvConnection::linkParents(const std::string& name,
 void CQvConnection::refreshCached(const std::string& name) {
   if (CQvRSwithBookMark* entry = findEntry(name)) {
     entry->m_QvRecordset->openTable(m_conConnection, name);
+  }
+}
+
+void CQvConnection::noteSchemaChange(const std::string& name) {
+  if (m_conConnection && m_conConnection->TransactionDepth() > 0)
+    changed_in_transaction_.push_back(name);
+}
+
+void CQvConnection::catchUpWithRollback() {
+  if (!m_conConnection) return;
+  if (m_conConnection->Rollbacks() != rollbacks_seen_) {
+    rollbacks_seen_ = m_conConnection->Rollbacks();
+    for (const std::string& name : changed_in_transaction_) {
+      CQvRSwithBookMark* entry = findEntry(name);
+      if (entry && !entry->m_QvRecordset->openTable(m_conConnection, name))
+        forgetTable(name);
+    }
+  }
+  if (m_conConnection->TransactionDepth() == 0) changed_in_transaction_.clear();
+}
+
+void CQvConnection::forgetTable(const std::string& name) {
+  const EntryPtr* found = index_.Find(name);
+  if (!found) return;
+  const EntryPtr gone = *found;
+  if (std::shared_ptr<CQvClipboard> clipboard = CurrentClipboard();
+      clipboard && clipboard->qvrs() == gone->m_QvRecordset) {
+    clipboard->set_qvrs(nullptr);
+  }
+  // The order list's keys run 1, 2, 3 ... without gaps: number it anew.
+  std::vector<EntryPtr> order;
+  for (const Dictionary::Entry& item : table_order_.entries()) {
+    auto entry = item.second.ToObjectAs<CQvRSwithBookMark>();
+    if (entry != gone) order.push_back(std::move(entry));
+  }
+  table_cache_.Remove(Variant(name));
+  table_order_.RemoveAll();
+  for (EntryPtr& entry : order)
+    table_order_.Add(Variant(table_order_.Count() + 1), Variant(entry));
+  index_.Clear();
+  for (const Dictionary::Entry& item : table_cache_.entries()) {
+    index_.Insert(item.first.ToString(),
+                  item.second.ToObjectAs<CQvRSwithBookMark>());
   }
 }
 

@@ -7,6 +7,12 @@
 // (addRef / release) so that the database container knows when it may close
 // the database. Table names are trimmed and lower-cased everywhere.
 //
+// Transactions are begun and ended on m_conConnection (BeginTrans,
+// CommitTrans, RollbackTrans, or its RAII Transaction); after a rollback
+// the record sets read their blocks again, tables created in it leave the
+// cache (and the application clipboard), converted ones get their old
+// layout back.
+//
 // Ownership: the connection owns its cache entries (CQvRSwithBookMark) and
 // through them the cached record sets; callers of getTable share the record
 // sets but never close them. Ending the connection closes the database and
@@ -18,6 +24,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "com/dictionary.h"
 #include "com/object.h"
@@ -104,6 +111,13 @@ class CQvConnection : public Dispatchable<CQvConnection> {
                    const std::shared_ptr<ds::QvRecordset>& rs);
   // Re-opens the cached record set of `name` so that it sees a new layout.
   void refreshCached(const std::string& name);
+  // Remembers a table whose layout changed inside a caller's transaction.
+  void noteSchemaChange(const std::string& name);
+  // After a rollback on m_conConnection: the cached record sets of tables
+  // whose layout changed in it are opened again, or forgotten when the
+  // table is gone with the rollback.
+  void catchUpWithRollback();
+  void forgetTable(const std::string& name);
   template <class F>
   void forEachEntry(F&& f) const;
   void emptyApplicationClipboard() noexcept;
@@ -114,6 +128,8 @@ class CQvConnection : public Dispatchable<CQvConnection> {
   TableNameIndex<EntryPtr> index_;
   std::shared_ptr<ds::QvRecordset> spare_recordset_;  // never opened
   int16_t reference_count_ = 0;
+  std::vector<std::string> changed_in_transaction_;
+  uint64_t rollbacks_seen_ = 0;
 };
 
 }  // namespace qv

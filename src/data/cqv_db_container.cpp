@@ -1,5 +1,8 @@
 #include "data/cqv_db_container.h"
 
+#include <filesystem>
+#include <system_error>
+
 #include "central/qv_path.h"
 #include "com/class_factory.h"
 #include "com/dispatch.h"
@@ -7,6 +10,7 @@
 #include "com/text.h"
 #include "data/cqv_connection.h"
 #include "data/db_password.h"
+#include "datasource/connection_string.h"
 #include "datasource/db_catalog.h"
 #include "datasource/db_connection.h"
 #include "datasource/db_maintenance.h"
@@ -60,16 +64,22 @@ bool CQvDbContainer::openConnection(
 
 void CQvDbContainer::closeConnection(
     std::shared_ptr<ds::DbConnection>& conConnection) {
-  if (conConnection &&
-      conConnection->State() == ds::DbConnection::kStateOpen) {
+  if (conConnection && conConnection->State() == ds::DbConnection::kStateOpen) {
     conConnection->Close();
   }
 }
 
+std::string CQvDbContainer::fileKey(const std::string& path) {
+  const std::optional<std::string> found =
+      ds::FindPathIgnoringCase(text::Trim(path));
+  const std::optional<ds::FileId> file =
+      found ? ds::FileId::Of(*found) : std::nullopt;
+  return file ? file->Key() : std::string();
+}
+
 std::shared_ptr<CQvConnection> CQvDbContainer::getQvProjectConnection(
     const std::string& sModulPath) {
-  const std::string key = normalisePath(sModulPath);
-  if (const Variant* open = connections_.Find(Variant(key))) {
+  if (const Variant* open = connections_.Find(Variant(fileKey(sModulPath)))) {
     auto con = open->ToObjectAs<CQvConnection>();
     con->addRef();
     return con;
@@ -78,7 +88,7 @@ std::shared_ptr<CQvConnection> CQvDbContainer::getQvProjectConnection(
   if (!openConnection(con->m_conConnection, text::Trim(sModulPath))) {
     return nullptr;
   }
-  connections_.Add(Variant(key), Variant(con));
+  connections_.Add(Variant(con->m_conConnection->File().Key()), Variant(con));
   con->addRef();
   return con;
 }
@@ -98,32 +108,45 @@ void CQvDbContainer::closeQvConnection(
     Raise(QvDbErrorConnectionWithoutDataSource, "closeQvConnection",
           "no data source in CQvConnection found");
   }
-  if (!connections_.Exists(Variant(path))) {
+  const std::optional<Variant> key = keyOf(*QvConnection);
+  if (!key) {
     Raise(QvDbErrorUnknownConnection, "closeQvConnection",
           "unknown CQvConnection. Path :" + path);
   }
   if (QvConnection->release()) {
-    connections_.Remove(Variant(path));
+    connections_.Remove(*key);
     closeConnection(QvConnection->m_conConnection);
   }
 }
 
-void CQvDbContainer::compact(const std::string& path,
-                             const std::string& method,
+std::optional<Variant> CQvDbContainer::keyOf(const CQvConnection& con) const {
+  for (const auto& [key, item] : connections_.entries()) {
+    if (item.ToObjectAs<CQvConnection>().get() == &con) return key;
+  }
+  return std::nullopt;
+}
+
+void CQvDbContainer::compact(const std::string& path, const std::string& method,
                              const Progress& progress) {
   // Resolve the file as it is written on disk (paths compare in any case).
   std::shared_ptr<ds::DbConnection> probe;
   openConnection(probe, text::Trim(path));
   const std::string file = probe->Path();
+  const ds::FileId id = probe->File();
   closeConnection(probe);
-  // Compaction replaces the file: no connection of this process, through
-  // this container or any other, may still have it open.
-  if (ds::OpenFiles::Count(file) > 0) {
+  // Compaction rewrites the whole file: no connection of this process,
+  // through this container or any other, may still have it open. Other
+  // processes are kept safe by the engine's own locking.
+  if (ds::OpenFiles::Count(id) > 0) {
     Raise(QvDbErrorConnectionInUse, method,
           "database in use, close its connections before compacting "
-          "(Path: " + normalisePath(path) + ")");
+          "(Path: " +
+              normalisePath(path) + ")");
   }
-  ds::DbCatalog::Compact(file, file + ".qvTmp", progress);
+  // A temporary file left behind by an earlier way of compacting.
+  std::error_code ec;
+  std::filesystem::remove(file + ".qvTmp", ec);
+  ds::DbCatalog::Compact(file, progress);
 }
 
 void CQvDbContainer::compactQvProjectConnection(const std::string& sModulPath,

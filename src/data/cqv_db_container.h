@@ -1,6 +1,9 @@
 // CQvDbContainer is the single owner of the open databases of one running
 // client: it keeps exactly one CQvConnection per database file (keyed by the
-// trimmed lower-case path), counts its users through the connection's
+// file's device and inode, so that two spellings of one file share a
+// connection and two files whose names differ in letter case do not; a path
+// that does not exist as written is looked up without regard to case),
+// counts its users through the connection's
 // reference count, closes it when the last user gives it back, and compacts
 // and empties database files. The global application object creates the
 // one container; modules get connections from it and give them back with
@@ -11,6 +14,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "com/dictionary.h"
@@ -81,6 +85,9 @@ class CQvDbContainer : public Dispatchable<CQvDbContainer> {
   int32_t OpenCount() const { return connections_.Count(); }
 
   static std::string normalisePath(const std::string& path);
+  // The connection list's key of the file at `path` ("device:inode"); ""
+  // when there is no such file.
+  static std::string fileKey(const std::string& path);
   static ClassInfo BuildClassInfo();
 
  private:
@@ -88,8 +95,10 @@ class CQvDbContainer : public Dispatchable<CQvDbContainer> {
   void compact(const std::string& path, const std::string& method,
                const Progress& progress);
   CPRFunc_t_& prFunc();
+  // The list key under which `con` is held, if it is.
+  std::optional<Variant> keyOf(const CQvConnection& con) const;
 
-  Dictionary connections_;  // normalised path -> CQvConnection
+  Dictionary connections_;  // file key (see fileKey) -> CQvConnection
   std::shared_ptr<CPRFunc_t_> pr_func_;
   std::unique_ptr<central::QvPath> qv_path_;
 };

@@ -41,8 +41,8 @@ class CQvDbContainerTest : public ::testing::Test {
 TEST_F(CQvDbContainerTest, PathsDifferingInCaseOrBlanksShareOneConnection) {
   const std::string file = NewProject(QvDbCatalogTypeLocal);
   auto first = container_.getQvProjectConnection(file);
-  auto second = container_.getQvProjectConnection("  " + text::UCase(file) +
-                                                  " ");
+  auto second =
+      container_.getQvProjectConnection("  " + text::UCase(file) + " ");
   ASSERT_TRUE(first);
   EXPECT_EQ(first, second);
   EXPECT_EQ(container_.OpenCount(), 1);
@@ -56,14 +56,50 @@ TEST_F(CQvDbContainerTest, PathsDifferingInCaseOrBlanksShareOneConnection) {
   EXPECT_EQ(first->m_conConnection->State(), 0);
 }
 
+// Two projects whose names differ only in letter case are two files with a
+// connection each; links and other spellings of one file share one.
+TEST_F(CQvDbContainerTest, OneConnectionPerFileNotPerSpelling) {
+  const std::string upper = NewProject(QvDbCatalogTypeLocal, "P");
+  const std::string lower = NewProject(QvDbCatalogTypeLocal, "p");
+  ASSERT_NE(upper, lower);
+  const std::string link = dir_.File("link.qv3");
+  fs::create_symlink(upper, link);
+  const std::string dotted =
+      dir_.path() + "/P.qv3/../P.qv3/" + fs::path(upper).filename().string();
+
+  auto first = container_.getQvProjectConnection(upper);
+  auto second = container_.getQvProjectConnection(lower);
+  ASSERT_TRUE(first && second);
+  EXPECT_NE(first, second);
+  for (const std::string& other : {link, dotted}) {
+    auto same = container_.getQvProjectConnection(other);
+    EXPECT_EQ(same, first) << other;
+    container_.closeQvConnection(same);
+  }
+  EXPECT_EQ(container_.OpenCount(), 2);
+
+  // A table made through the second lands in the second file only.
+  second->addTable("nur_klein", 1, Variant(SafeArray{"Nr", 3}),
+                   Variant(SafeArray{"Wert", 3}), false);
+  EXPECT_TRUE(second->getTable("nur_klein"));
+  EXPECT_FALSE(first->getTable("nur_klein"));
+  EXPECT_EQ(Count(lower, "nur_klein_t"), 0);
+
+  container_.closeQvConnection(second);
+  EXPECT_EQ(container_.OpenCount(), 1);
+  EXPECT_EQ(first->m_conConnection->State(), 1);
+  container_.closeQvConnection(first);
+  EXPECT_EQ(container_.OpenCount(), 0);
+}
+
 TEST_F(CQvDbContainerTest, ClosingUnknownConnectionsFails) {
   const std::string file = NewProject(QvDbCatalogTypeLocal);
   CQvDbContainer other;
   auto foreign = other.getQvProjectConnection(file);
-  EXPECT_TRUE(RaisesError([&] { container_.closeQvConnection(foreign); }, 3,
-                          "CQvDBContainer: unknown CQvConnection. Path :" +
-                              text::LCase(file),
-                          "CQvDBContainer.closeQvConnection"));
+  EXPECT_TRUE(RaisesError(
+      [&] { container_.closeQvConnection(foreign); }, 3,
+      "CQvDBContainer: unknown CQvConnection. Path :" + text::LCase(file),
+      "CQvDBContainer.closeQvConnection"));
   auto empty = std::make_shared<CQvConnection>();
   empty->m_conConnection = std::make_shared<ds::DbConnection>();
   EXPECT_TRUE(RaisesError([&] { container_.closeQvConnection(empty); }, 5,
@@ -79,10 +115,10 @@ TEST_F(CQvDbContainerTest, OpenConnectionChecksStateAndFile) {
   EXPECT_TRUE(container_.openConnection(con, file));
   EXPECT_NE(con->ConnectionString().find(QvPasswordSetting()),
             std::string::npos);
-  EXPECT_TRUE(RaisesError([&] { container_.openConnection(con, file); }, 4,
-                          "CQvDBContainer: connection already opened (Path: " +
-                              file + ")",
-                          "CQvDBContainer.openConnection"));
+  EXPECT_TRUE(RaisesError(
+      [&] { container_.openConnection(con, file); }, 4,
+      "CQvDBContainer: connection already opened (Path: " + file + ")",
+      "CQvDBContainer.openConnection"));
   container_.closeConnection(con);
   EXPECT_EQ(con->State(), 0);
 
@@ -118,8 +154,8 @@ TEST_F(CQvDbContainerTest, EmptyDescriptionMeansGlobalAndOddTypesFail) {
   con.Execute("UPDATE \"beschreibung_t\" SET \"Katalogtyp\" = NULL");
   EXPECT_EQ(container_.getQvProjectCatalogType(file), QvDbCatalogTypeGlobal);
   con.Execute("UPDATE \"beschreibung_t\" SET \"Katalogtyp\" = 5");
-  EXPECT_TRUE(RaisesError([&] { container_.getCatalogPath(file, "VM", ""); },
-                          6, "CQvDBContainer: unknown catalog type"));
+  EXPECT_TRUE(RaisesError([&] { container_.getCatalogPath(file, "VM", ""); }, 6,
+                          "CQvDBContainer: unknown catalog type"));
   con.Execute("DELETE FROM \"beschreibung_t\"");
   con.Execute("DELETE FROM \"beschreibung\"");
   EXPECT_EQ(container_.getQvProjectCatalogType(file), QvDbCatalogTypeGlobal);
@@ -186,14 +222,16 @@ TEST_F(CQvDbContainerTest, CompactionKeepsEveryRecordAndNoTemporaryFile) {
         [&] { container_.compactQvProjectConnection(" " + file); },
         QvDbErrorConnectionInUse,
         "CQvDBContainer: database in use, close its connections before "
-        "compacting (Path: " + text::LCase(file) + ")"));
+        "compacting (Path: " +
+            text::LCase(file) + ")"));
     other.closeQvConnection(held);
   }
 
   std::ofstream(file + ".qvTmp") << "stale";
   uint64_t last = 0, total = 0;
   container_.compactQvProjectConnection(
-      file, [&](uint64_t written, uint64_t all) { last = written, total = all; });
+      file,
+      [&](uint64_t written, uint64_t all) { last = written, total = all; });
   EXPECT_FALSE(fs::exists(file + ".qvTmp"));
   EXPECT_GT(total, 0u);
   EXPECT_GT(last, 0u);

@@ -294,9 +294,9 @@ void DbCatalog::DropTable(std::string_view table) {
   });
 }
 
-void DbCatalog::Compact(const std::string& path, const std::string& temp_path,
+void DbCatalog::Compact(const std::string& path,
                         std::function<void(uint64_t, uint64_t)> progress) {
-  CompactDatabaseFile(path, temp_path, std::move(progress));
+  CompactDatabaseFile(path, std::move(progress));
 }
 
 }  // namespace qv::ds

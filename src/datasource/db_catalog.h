@@ -52,12 +52,14 @@ class DbCatalog {
   void DropForeignKey(std::string_view table, std::string_view fk_name);
   void DropTable(std::string_view table);
 
-  // VACUUM INTO temp (removed first if stale), fsync, rename over the
-  // original; failure leaves original intact and no temp file. `progress`
-  // receives bytes written so far and the original file's size.
+  // Compacts the file in place (VACUUM under the engine's locking and
+  // journal): inode, permissions, owner and links stay; a writer of another
+  // process is waited for (busy timeout), never lost; failure leaves the
+  // file as it was. `progress` receives the bytes of the file read so far
+  // and the file's size, and (size, size) once more at the end.
   static void Compact(
-      const std::string& path, const std::string& temp_path,
-      std::function<void(uint64_t written, uint64_t total)> progress = nullptr);
+      const std::string& path,
+      std::function<void(uint64_t read, uint64_t total)> progress = nullptr);
 
  private:
   DbConnection& con_;

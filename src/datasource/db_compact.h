@@ -1,6 +1,8 @@
-// Compacting a database file: the engine writes a compact copy of the
-// database to a temporary file, which is flushed to disk and renamed over
-// the original, so that a crash leaves either the old file or the new one.
+// Compacting a database file in place: the engine rebuilds the database and
+// writes it back into the same file under its own locking and rollback
+// journal. The file keeps its inode, permissions, owner and links; other
+// processes' connections keep working and see the compacted content; a
+// crash leaves the old content or the new one, complete.
 // Internal to src/datasource/ (DbCatalog::Compact is the public entry).
 #ifndef QVGLOBAL_DATASOURCE_DB_COMPACT_H_
 #define QVGLOBAL_DATASOURCE_DB_COMPACT_H_
@@ -12,12 +14,11 @@
 namespace qv::ds {
 
 // See DbCatalog::Compact. Errors: kCompact "compacting '<path>' failed:
-// <reason>"; an exception thrown by `progress` stops the work and passes
-// through unchanged. The file must not be open on another connection.
-// After success `progress` is called once more with (total, total).
+// <reason>"; an exception thrown by `progress` stops the work, leaves the
+// file as it was and passes through unchanged.
 void CompactDatabaseFile(
-    const std::string& path, const std::string& temp_path,
-    std::function<void(uint64_t written, uint64_t total)> progress);
+    const std::string& path,
+    std::function<void(uint64_t read, uint64_t total)> progress);
 
 }  // namespace qv::ds
 

@@ -48,7 +48,7 @@ std::unique_ptr<SQLite::Database> OpenFile(const std::string& path) {
   }
 }
 
-std::string SavepointName(int level) {
+std::string SavepointName(size_t level) {
   return "qv_sp_" + std::to_string(level);
 }
 
@@ -72,17 +72,27 @@ void DbConnection::Open(const std::string& connection_string) {
   db_ = OpenFile(*path);
   connection_string_ = cs;
   path_ = *path;
-  depth_ = 0;
-  OpenFiles::Add(path_);
+  file_ = FileId::Of(path_).value_or(FileId{});
+  levels_.clear();
+  ++opens_;
+  OpenFiles::Add(file_);
 }
 
 void DbConnection::Close() {
   if (!db_) return;
+  // A transaction the caller left open is rolled back, and record sets that
+  // hold what it wrote read again should the connection be opened again.
+  sqlite3* handle = db_->getHandle();
+  if (sqlite3_get_autocommit(handle) == 0) {
+    rollbacks_ += levels_.empty() ||
+                  sqlite3_total_changes64(handle) != levels_.front().changes;
+    db_->tryExec("ROLLBACK");
+  }
+  levels_.clear();
   // SQLite closes a handle only when no statement is prepared on it.
   ReleaseCachedStatements(*this);
-  db_.reset();  // SQLite rolls back what is still open
-  depth_ = 0;
-  OpenFiles::Remove(path_);
+  db_.reset();
+  OpenFiles::Remove(file_);
 }
 
 int32_t DbConnection::State() const { return db_ ? kStateOpen : kStateClosed; }
@@ -186,22 +196,62 @@ int64_t DbConnection::LastInsertRowid() const {
 }
 
 // ---------------------------------------------------------------------------
-// Transaction
+// Transactions
 
-DbConnection::Transaction::Transaction(DbConnection& con)
-    : con_(con), level_(con.depth_) {
-  SQLite::Database& database = con.db();
+int32_t DbConnection::BeginTrans() {
+  SQLite::Database& database = db();
   // Outside any transaction, take the write lock at once, so that a second
   // process waits for it (busy timeout) instead of failing later.
-  savepoint_ = level_ > 0 || sqlite3_get_autocommit(database.getHandle()) == 0;
+  const bool savepoint =
+      !levels_.empty() || sqlite3_get_autocommit(database.getHandle()) == 0;
   try {
-    database.exec(savepoint_ ? "SAVEPOINT " + SavepointName(level_)
-                             : "BEGIN IMMEDIATE");
+    database.exec(savepoint ? "SAVEPOINT " + SavepointName(levels_.size())
+                            : "BEGIN IMMEDIATE");
   } catch (...) {
-    RethrowAsDbError("DbConnection.Transaction", con.path_);
+    RethrowAsDbError("DbConnection.BeginTrans", path_);
   }
-  ++con.depth_;
+  levels_.push_back({savepoint, sqlite3_total_changes64(database.getHandle())});
+  return static_cast<int32_t>(levels_.size());
 }
+
+void DbConnection::CommitTrans() { EndTrans(true, "DbConnection.CommitTrans"); }
+
+void DbConnection::RollbackTrans() {
+  EndTrans(false, "DbConnection.RollbackTrans");
+}
+
+void DbConnection::EndTrans(bool commit, const char* source) {
+  SQLite::Database& database = db();
+  if (levels_.empty())
+    throw Error(dberr::kTransaction, source, "no transaction is open");
+  const bool savepoint = levels_.back().savepoint;
+  // A rollback that takes no changed row back (a failed single write) leaves
+  // what record sets hold valid.
+  const bool took_back =
+      sqlite3_total_changes64(database.getHandle()) != levels_.back().changes;
+  levels_.pop_back();
+  const std::string sp = SavepointName(levels_.size());
+  const std::string rollback =
+      savepoint ? "ROLLBACK TO " + sp + "; RELEASE " + sp : "ROLLBACK";
+  try {
+    if (!commit) {
+      rollbacks_ += took_back;
+      database.exec(rollback);
+      return;
+    }
+    database.exec(savepoint ? "RELEASE " + sp : "COMMIT");
+  } catch (...) {
+    // A failed commit leaves the transaction open: undo it, then report.
+    if (commit && sqlite3_get_autocommit(database.getHandle()) == 0) {
+      ++rollbacks_;
+      database.tryExec(rollback);
+    }
+    RethrowAsDbError(source, path_);
+  }
+}
+
+DbConnection::Transaction::Transaction(DbConnection& con)
+    : con_(con), opened_(con.opens_), level_(con.BeginTrans()) {}
 
 DbConnection::Transaction::~Transaction() {
   if (done_) return;
@@ -218,31 +268,16 @@ void DbConnection::Transaction::Finish(bool commit) {
   constexpr const char* kSource = "DbConnection.Transaction";
   if (done_)
     throw Error(dberr::kTransaction, kSource, "transaction already finished");
-  if (!con_.db_) {  // the connection was closed, which rolled back
+  // Closing the connection rolled the transaction back.
+  if (!con_.db_ || con_.opens_ != opened_ || con_.TransactionDepth() < level_) {
     done_ = true;
     return;
   }
-  if (con_.depth_ != level_ + 1) {
+  if (con_.TransactionDepth() != level_) {
     throw Error(dberr::kTransaction, kSource, "inner transaction still open");
   }
   done_ = true;
-  --con_.depth_;
-  SQLite::Database& database = *con_.db_;
-  const std::string sp = SavepointName(level_);
-  const std::string rollback =
-      savepoint_ ? "ROLLBACK TO " + sp + "; RELEASE " + sp : "ROLLBACK";
-  try {
-    if (!commit) {
-      database.exec(rollback);
-      return;
-    }
-    database.exec(savepoint_ ? "RELEASE " + sp : "COMMIT");
-  } catch (...) {
-    // A failed commit leaves the transaction open: undo it, then report.
-    if (sqlite3_get_autocommit(database.getHandle()) == 0)
-      database.tryExec(rollback);
-    RethrowAsDbError(kSource, con_.path_);
-  }
+  con_.EndTrans(commit, kSource);
 }
 
 // ---------------------------------------------------------------------------
@@ -260,6 +295,9 @@ ClassInfo DbConnection::BuildClassInfo() {
       .Method("Open", [](DbConnection& self, std::string s) { self.Open(s); },
               {Variant(std::string())})
       .Method("Close", &DbConnection::Close)
+      .Method("BeginTrans", &DbConnection::BeginTrans)
+      .Method("CommitTrans", &DbConnection::CommitTrans)
+      .Method("RollbackTrans", &DbConnection::RollbackTrans)
       .Method("Execute",
               [](DbConnection& self, std::string sql, Variant params) {
                 std::vector<Variant> values;

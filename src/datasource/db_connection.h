@@ -2,9 +2,11 @@
 // file, reached by an ADO-style connection string. It plays the role of the
 // ADO connection object (it sits in CQvConnection::m_conConnection), runs SQL
 // with bound parameters for the rest of src/datasource/, and hands out
-// nesting RAII transactions. It owns the SQLite handle; Close() or the
-// destructor releases it. Errors are qv::Error with the numbers of
-// db_error.h.
+// nesting transactions (BeginTrans / CommitTrans / RollbackTrans and the
+// RAII Transaction). It owns the SQLite handle; Close() or the destructor
+// releases it, rolling back a transaction still open. Errors are qv::Error
+// with the numbers of db_error.h.
+// Threads: one thread at a time may use a connection and what stands on it.
 #ifndef QVGLOBAL_DATASOURCE_DB_CONNECTION_H_
 #define QVGLOBAL_DATASOURCE_DB_CONNECTION_H_
 
@@ -17,6 +19,7 @@
 #include "com/class_info.h"
 #include "com/object.h"
 #include "com/variant.h"
+#include "datasource/open_files.h"
 
 namespace SQLite {
 class Database;
@@ -43,11 +46,13 @@ class DbConnection : public qv::Dispatchable<DbConnection> {
   // journal_mode=DELETE. An empty argument opens the ConnectionString set
   // before.
   void Open(const std::string& connection_string);
-  void Close();  // no-op when closed; an open transaction is rolled back
+  void Close();  // no-op when closed; open transactions are rolled back
   int32_t State() const;
   const std::string& ConnectionString() const;     // as given to Open (or set)
   void SetConnectionString(const std::string& s);  // only while closed
   const std::string& Path() const;                 // the file actually opened
+  // The identity of the file opened last (device and inode).
+  const FileId& File() const { return file_; }
 
   // Creates a new database file with the version table "qvversions"
   // ("Name" VARCHAR(255) COLLATE NOCASE primary key, "Version" INTEGER).
@@ -76,14 +81,30 @@ class DbConnection : public qv::Dispatchable<DbConnection> {
   int32_t Changes() const;
   // The rowid of the last inserted row.
   int64_t LastInsertRowid() const;
-  // Number of Transaction objects open on this connection.
-  int TransactionDepth() const { return depth_; }
+  // Caller transactions, as an ADO connection offers them. BeginTrans
+  // starts one and returns its nesting level (1 for the outermost, which
+  // takes the write lock at once, BEGIN IMMEDIATE, waiting for another
+  // process up to the busy timeout; inner ones are savepoints).
+  // CommitTrans and RollbackTrans end the innermost one. Raise
+  // kTransaction "no transaction is open" when there is none, kNotOpen on
+  // a closed connection. A rollback makes the record sets on this
+  // connection read their blocks again when next used.
+  int32_t BeginTrans();
+  void CommitTrans();
+  void RollbackTrans();
+  // Open transactions (BeginTrans and Transaction alike).
+  int TransactionDepth() const { return static_cast<int>(levels_.size()); }
+  // Rollbacks on this connection so far that took back changed rows, for
+  // those who cache what they read.
+  uint64_t Rollbacks() const { return rollbacks_; }
 
   SQLite::Database& db();  // for src/datasource internals only
 
-  // RAII transaction; nests through SAVEPOINTs (the outermost one is BEGIN
-  // IMMEDIATE); rolls back in its destructor unless Commit() was called.
-  // Inner transactions must end before outer ones.
+  // The typed form for C++ callers: BeginTrans in the constructor,
+  // RollbackTrans in the destructor unless Commit() or Rollback() was
+  // called. Nests with BeginTrans; inner transactions must end before
+  // outer ones (kTransaction "inner transaction still open"), and each
+  // ends once (kTransaction "transaction already finished").
   class Transaction {
    public:
     explicit Transaction(DbConnection& con);
@@ -96,19 +117,29 @@ class DbConnection : public qv::Dispatchable<DbConnection> {
    private:
     void Finish(bool commit);
     DbConnection& con_;
+    uint64_t opened_;  // the connection's open count when it began
     int level_;
-    bool savepoint_ = false;  // SAVEPOINT rather than BEGIN
     bool done_ = false;
   };
 
   static qv::ClassInfo
-  BuildClassInfo();  // "State", "ConnectionString", "Open", "Close", "Execute"
+  BuildClassInfo();  // "State", "ConnectionString", "Open", "Close", "Execute",
+                     // "BeginTrans", "CommitTrans", "RollbackTrans"
 
  private:
   std::string connection_string_;
   std::string path_;
+  FileId file_;
+  void EndTrans(bool commit, const char* source);
+
   std::unique_ptr<SQLite::Database> db_;
-  int depth_ = 0;
+  struct Level {
+    bool savepoint;   // SAVEPOINT rather than BEGIN
+    int64_t changes;  // the engine's count of changed rows when it began
+  };
+  std::vector<Level> levels_;  // one per open transaction
+  uint64_t rollbacks_ = 0;
+  uint64_t opens_ = 0;  // Open calls so far, to tell a reopened connection
 };
 
 // Quotes an identifier for SQL: "a""b".

@@ -1,6 +1,7 @@
 #include "datasource/open_files.h"
 
-#include <filesystem>
+#include <sys/stat.h>
+
 #include <map>
 #include <mutex>
 
@@ -12,37 +13,38 @@ std::mutex& Lock() {
   return lock;
 }
 
-std::map<std::string, int>& Counts() {
-  static std::map<std::string, int> counts;
+std::map<FileId, int>& Counts() {
+  static std::map<FileId, int> counts;
   return counts;
-}
-
-std::string Canonical(const std::string& path) {
-  std::error_code ec;
-  const std::filesystem::path canonical =
-      std::filesystem::weakly_canonical(path, ec);
-  return ec ? path : canonical.string();
 }
 
 }  // namespace
 
-void OpenFiles::Add(const std::string& path) {
-  const std::string key = Canonical(path);
-  std::lock_guard<std::mutex> guard(Lock());
-  ++Counts()[key];
+std::optional<FileId> FileId::Of(const std::string& path) {
+  struct stat info {};
+  if (path.empty() || ::stat(path.c_str(), &info) != 0) return std::nullopt;
+  return FileId{static_cast<uint64_t>(info.st_dev),
+                static_cast<uint64_t>(info.st_ino)};
 }
 
-void OpenFiles::Remove(const std::string& path) {
-  const std::string key = Canonical(path);
+std::string FileId::Key() const {
+  return std::to_string(device) + ":" + std::to_string(inode);
+}
+
+void OpenFiles::Add(const FileId& file) {
   std::lock_guard<std::mutex> guard(Lock());
-  auto it = Counts().find(key);
+  ++Counts()[file];
+}
+
+void OpenFiles::Remove(const FileId& file) {
+  std::lock_guard<std::mutex> guard(Lock());
+  auto it = Counts().find(file);
   if (it != Counts().end() && --it->second <= 0) Counts().erase(it);
 }
 
-int OpenFiles::Count(const std::string& path) {
-  const std::string key = Canonical(path);
+int OpenFiles::Count(const FileId& file) {
   std::lock_guard<std::mutex> guard(Lock());
-  auto it = Counts().find(key);
+  auto it = Counts().find(file);
   return it == Counts().end() ? 0 : it->second;
 }
 

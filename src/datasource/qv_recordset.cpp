@@ -58,6 +58,7 @@ bool QvRecordset::openTable(std::shared_ptr<DbConnection> con,
     statements_->Get(
         0, [&] { return layout_->SelectSql(0, false); });  // checks the SQL
     buffer_.assign(static_cast<size_t>(layout_->field_count()), Variant());
+    rollbacks_ = con_->Rollbacks();
     state_ = parent_ ? BlockState::kStale : BlockState::kWholeTable;
     buffer_filled_ = false;
     return true;
@@ -106,6 +107,7 @@ int QvRecordset::FieldByName(const std::string& name,
 // ---------------------------------------------------------------------------
 
 void QvRecordset::EnsureBuffer() const {
+  CatchUpWithRollback();
   if (state_ == BlockState::kStale) {
     Narrow();
   } else if (state_ == BlockState::kWholeTable && !buffer_filled_) {
@@ -114,6 +116,7 @@ void QvRecordset::EnsureBuffer() const {
 }
 
 void QvRecordset::EnsureBlock() const {
+  CatchUpWithRollback();
   switch (state_) {
     case BlockState::kLoaded:
       return;
@@ -131,6 +134,33 @@ void QvRecordset::EnsureBlock() const {
       if (pos_ < 0) pos_ = rows_->size();
       return;
   }
+}
+
+void QvRecordset::CatchUpWithRollback() const {
+  if (!con_ || con_->Rollbacks() == rollbacks_ ||
+      con_->State() != DbConnection::kStateOpen) {
+    return;
+  }
+  rollbacks_ = con_->Rollbacks();
+  if (state_ == BlockState::kStale) return;  // reads anyway
+  if (state_ == BlockState::kWholeTable) {
+    buffer_filled_ = false;
+    return;
+  }
+  // A record this record set wrote is read back (or found gone); otherwise
+  // the buffer may hold the caller's unsaved values and stays as it is.
+  const bool wrote = state_ == BlockState::kReload;
+  const bool on_record = wrote || OnRecord();
+  if (!wrote && on_record) {
+    const auto row = rows_->Row(pos_);
+    reload_keys_.assign(row.begin(), row.begin() + layout_->key_count());
+  }
+  Load();
+  state_ = BlockState::kLoaded;
+  const int32_t found = on_record ? rows_->FindKeys(reload_keys_) : -1;
+  pos_ = found >= 0 ? found : (pos_ < 0 && !on_record ? -1 : rows_->size());
+  if (wrote && found >= 0) FillBuffer();
+  MarkChildrenStale();
 }
 
 void QvRecordset::Load() const {

@@ -11,6 +11,8 @@
 // Ownership: a record set shares its connection; a child holds its parent,
 // a parent knows its children only weakly (no reference cycle). The block
 // is a snapshot: writes through other record sets show after the next read.
+// A rollback on the connection makes the block be read again when the
+// record set is next used: records it took back are gone from it too.
 //
 // Errors: qv::Error. Wrong field positions and ordinals raise 9, a value
 // that does not fit its column 13 or 6 (or the adapter's constraint error
@@ -156,6 +158,8 @@ class QvRecordset : public qv::Dispatchable<QvRecordset> {
   void EnsureBuffer() const;
   // Brings block and position up to date.
   void EnsureBlock() const;
+  // Reads the block again after a rollback on the connection.
+  void CatchUpWithRollback() const;
   void Narrow() const;
   // Reads the block of block_n_ and block_keys_.
   void Load() const;
@@ -187,6 +191,7 @@ class QvRecordset : public qv::Dispatchable<QvRecordset> {
   mutable int block_n_ = 0;  // key count of the block
   mutable std::vector<Variant> block_keys_;
   mutable std::vector<Variant> reload_keys_;
+  mutable uint64_t rollbacks_ = 0;  // the connection's count when last read
 
   std::shared_ptr<QvRecordset> parent_;
   std::vector<std::weak_ptr<QvRecordset>> children_;
