@@ -9,8 +9,10 @@ ClassInfo CQVGlobalFunctions::BuildClassInfo() {
   // Message members.
 
   // Record helpers.
+  AddRecordHelpers(builder);
 
   // Display helpers.
+  AddDisplayHelpers(builder);
 
   // Room ordering.
 
