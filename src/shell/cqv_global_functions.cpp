@@ -7,6 +7,7 @@ namespace qv {
 ClassInfo CQVGlobalFunctions::BuildClassInfo() {
   Builder builder("CQVGlobalFunctions");
   // Message members.
+  AddMessageMembers(builder);
 
   // Record helpers.
   AddRecordHelpers(builder);

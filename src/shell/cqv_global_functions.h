@@ -16,6 +16,7 @@
 #include <optional>
 #include <string>
 
+#include "central/qv_properties.h"
 #include "com/dispatch.h"
 #include "com/object.h"
 #include "com/safe_array.h"
@@ -30,6 +31,17 @@ namespace qv {
 class CQVGlobalFunctions : public Dispatchable<CQVGlobalFunctions> {
  public:
   // Message members.
+
+  // Converts a stored message text (see messages/convert_msg.h); shows a
+  // box for each fault in the text and never raises.
+  std::string ConvertMsg(const std::string& sMsg, SafeArray& ValuePlatzHalter);
+  // Opens the help at `lContextID`; a missing help file is shown in a box.
+  void CallHelpFile(int32_t lContextID, int32_t lHwnd = 0,
+                    const std::string& sHelpFile = "");
+  // The display unit's text of the quantity selected in `QvCMProperties`.
+  Variant GetPrintUnitText(
+      int16_t nIndex,
+      const std::shared_ptr<central::QvProperties>& QvCMProperties);
 
   // End of message members.
 
@@ -108,6 +120,7 @@ class CQVGlobalFunctions : public Dispatchable<CQVGlobalFunctions> {
  private:
   using Builder = ClassBuilder<CQVGlobalFunctions>;
 
+  static void AddMessageMembers(Builder& builder);
   static void AddRecordHelpers(Builder& builder);
   static void AddDisplayHelpers(Builder& builder);
 
