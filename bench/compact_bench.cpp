@@ -17,6 +17,7 @@
 #include "bench_ratio.h"
 #include "datasource/db_catalog.h"
 #include "datasource/db_connection.h"
+#include "datasource/internal/db_handle.h"
 
 namespace {
 
@@ -29,7 +30,7 @@ void Build(DbConnection& con) {
       "notiz", {{"Nr", qv::ds::kAdInteger}, {"Text", qv::ds::kAdLongVarWChar}},
       {"Nr"});
   DbConnection::Transaction tx(con);
-  SQLite::Statement insert(con.db(), "INSERT INTO notiz VALUES (?, ?)");
+  SQLite::Statement insert(DbHandle(con), "INSERT INTO notiz VALUES (?, ?)");
   for (int i = 0; i < kRecords; ++i) {
     insert.bind(1, i);
     insert.bind(2,

@@ -10,7 +10,6 @@
 #include "com/text.h"
 #include "data/cqv_connection.h"
 #include "data/db_password.h"
-#include "datasource/connection_string.h"
 #include "datasource/db_catalog.h"
 #include "datasource/db_connection.h"
 #include "datasource/db_maintenance.h"
@@ -70,10 +69,7 @@ void CQvDbContainer::closeConnection(
 }
 
 std::string CQvDbContainer::fileKey(const std::string& path) {
-  const std::optional<std::string> found =
-      ds::FindPathIgnoringCase(text::Trim(path));
-  const std::optional<ds::FileId> file =
-      found ? ds::FileId::Of(*found) : std::nullopt;
+  const std::optional<ds::FileId> file = ds::FileId::Resolve(text::Trim(path));
   return file ? file->Key() : std::string();
 }
 

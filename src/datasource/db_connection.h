@@ -27,6 +27,10 @@ class Database;
 
 namespace qv::ds {
 
+namespace internal {
+struct DbHandleAccess;
+}
+
 class DbConnection : public qv::Dispatchable<DbConnection> {
  public:
   static constexpr int32_t kStateClosed = 0, kStateOpen = 1;
@@ -98,8 +102,6 @@ class DbConnection : public qv::Dispatchable<DbConnection> {
   // those who cache what they read.
   uint64_t Rollbacks() const { return rollbacks_; }
 
-  SQLite::Database& db();  // for src/datasource internals only
-
   // The typed form for C++ callers: BeginTrans in the constructor,
   // RollbackTrans in the destructor unless Commit() or Rollback() was
   // called. Nests with BeginTrans; inner transactions must end before
@@ -127,6 +129,12 @@ class DbConnection : public qv::Dispatchable<DbConnection> {
                      // "BeginTrans", "CommitTrans", "RollbackTrans"
 
  private:
+  // The open handle, for the statements of src/datasource/ (reached from
+  // outside this class through internal/db_handle.h). Raises kNotOpen when
+  // closed.
+  SQLite::Database& db();
+  friend struct internal::DbHandleAccess;
+
   std::string connection_string_;
   std::string path_;
   FileId file_;

@@ -5,6 +5,8 @@
 #include <map>
 #include <mutex>
 
+#include "datasource/internal/connection_string.h"
+
 namespace qv::ds {
 namespace {
 
@@ -25,6 +27,11 @@ std::optional<FileId> FileId::Of(const std::string& path) {
   if (path.empty() || ::stat(path.c_str(), &info) != 0) return std::nullopt;
   return FileId{static_cast<uint64_t>(info.st_dev),
                 static_cast<uint64_t>(info.st_ino)};
+}
+
+std::optional<FileId> FileId::Resolve(const std::string& path) {
+  const std::optional<std::string> found = FindPathIgnoringCase(path);
+  return found ? Of(*found) : std::nullopt;
 }
 
 std::string FileId::Key() const {

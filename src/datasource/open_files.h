@@ -24,6 +24,9 @@ struct FileId {
   // The file `path` names (following symbolic links); nullopt when there is
   // none.
   static std::optional<FileId> Of(const std::string& path);
+  // The same for a path that, where it does not exist as written, is looked
+  // up without regard to letter case (as DbConnection::Open does).
+  static std::optional<FileId> Resolve(const std::string& path);
   // "device:inode", a key for dictionaries.
   std::string Key() const;
   auto operator<=>(const FileId&) const = default;
