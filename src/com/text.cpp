@@ -1,6 +1,5 @@
 #include "com/text.h"
 
-#include <algorithm>
 #include <array>
 #include <cstdint>
 
@@ -311,25 +310,6 @@ std::string FromWindows1252(std::string_view bytes) {
     } else {
       AppendUtf8(c, out);
     }
-  }
-  return out;
-}
-
-std::optional<std::string> ToWindows1252(std::string_view text) {
-  std::string out;
-  out.reserve(text.size());
-  for (size_t i = 0; i < text.size();) {
-    const Char ch = DecodeAt(text, i);
-    if (!ch.valid) return std::nullopt;
-    i += ch.size;
-    const char32_t cp = ch.value;
-    if (cp < 0x80 || (cp >= 0xA0 && cp <= 0xFF)) {
-      out.push_back(static_cast<char>(cp));
-      continue;
-    }
-    const auto* it = std::find(kCp1252High.begin(), kCp1252High.end(), cp);
-    if (it == kCp1252High.end()) return std::nullopt;
-    out.push_back(static_cast<char>(0x80 + (it - kCp1252High.begin())));
   }
   return out;
 }

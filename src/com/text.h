@@ -86,10 +86,6 @@ bool IsValidUtf8(std::string_view s);
 // Decodes Windows-1252 bytes to UTF-8. The five bytes that code page leaves
 // undefined (81, 8D, 8F, 90, 9D) become the code points of the same value.
 std::string FromWindows1252(std::string_view bytes);
-// Encodes UTF-8 text as Windows-1252, the reverse of FromWindows1252 (so
-// decoding and encoding give back the original bytes); nothing when the text
-// holds a character that code page cannot hold or is not valid UTF-8.
-std::optional<std::string> ToWindows1252(std::string_view text);
 // Text read from a file: valid UTF-8 is returned as it is, without a leading
 // byte order mark; anything else is decoded as Windows-1252.
 std::string DecodeFileText(std::string_view bytes);

@@ -4,6 +4,7 @@
 #include <sys/stat.h>
 
 #include <algorithm>
+#include <cstdlib>
 #include <ctime>
 #include <memory>
 #include <mutex>
@@ -131,6 +132,18 @@ bool IsWritable(std::string_view section, std::optional<std::string_view> key,
   return !value || !HasLineBreak(*value);
 }
 
+// The file a symbolic link at `path` points to, so that a write replaces
+// that file and keeps the link; `path` itself for anything else.
+std::string LinkTarget(const std::string& path) {
+  struct stat st {};
+  if (::lstat(path.c_str(), &st) != 0 || !S_ISLNK(st.st_mode)) return path;
+  char* target = ::realpath(path.c_str(), nullptr);
+  if (target == nullptr) return path;
+  std::string resolved(target);
+  std::free(target);
+  return resolved;
+}
+
 // Applies the write to `doc`; false when it changes nothing.
 bool Apply(ProfileDocument& doc, std::string_view section,
            std::optional<std::string_view> key,
@@ -183,7 +196,7 @@ bool Profile::WriteString(std::string_view file, std::string_view section,
                           std::optional<std::string_view> key,
                           std::optional<std::string_view> value) {
   if (!IsWritable(section, key, value)) return false;
-  const std::string path = FileSystem::ToNativePath(file);
+  const std::string path = LinkTarget(FileSystem::ToNativePath(file));
   for (;;) {
     internal::LockedFile locked;
     switch (internal::LockExisting(path, locked)) {
@@ -193,7 +206,8 @@ bool Profile::WriteString(std::string_view file, std::string_view section,
         if (!key || !value) return true;  // nothing to delete
         ProfileDocument doc;
         doc.SetValue(section, *key, *value);
-        const auto result = internal::WriteAtomically(path, doc.ToBytes(), {});
+        const auto result =
+            internal::WriteAtomically(path, doc.ToBytes(), nullptr);
         if (result == internal::WriteResult::kExists) continue;  // raced
         return result == internal::WriteResult::kWritten;
       }
@@ -204,8 +218,7 @@ bool Profile::WriteString(std::string_view file, std::string_view section,
     if (!bytes) return false;
     ProfileDocument doc = ProfileDocument::FromBytes(*bytes);
     if (!Apply(doc, section, key, value)) return true;
-    return internal::WriteAtomically(path, doc.ToBytes(),
-                                     locked.st.st_mode & 07777) ==
+    return internal::WriteAtomically(path, doc.ToBytes(), &locked.st) ==
            internal::WriteResult::kWritten;
   }
 }

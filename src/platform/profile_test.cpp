@@ -207,7 +207,7 @@ TEST_F(ProfileTest, RefusedWritesLeaveEverythingAsItWas) {
   EXPECT_EQ(FolderEntries(), std::vector<std::string>{"test.ini"});
 }
 
-TEST_F(ProfileTest, WritesKeepPermissionsAndReplaceTheFile) {
+TEST_F(ProfileTest, WritesKeepPermissionsAndLinksAndReplaceTheFile) {
   Put("[S]\nk=v\n");
   fs::permissions(file_, fs::perms::owner_read | fs::perms::owner_write |
                              fs::perms::group_read);
@@ -219,6 +219,13 @@ TEST_F(ProfileTest, WritesKeepPermissionsAndReplaceTheFile) {
   // A new file, not the old one written in place: a reader that holds the
   // old one open still sees a complete file.
   EXPECT_NE(after.st_ino, before.st_ino);
+
+  // Written through a symbolic link, the link stays and its file changes.
+  const std::string link = dir_.File("link.ini");
+  fs::create_symlink(file_, link);
+  ASSERT_TRUE(Profile::WriteString(link, "S", "k", "via link"));
+  EXPECT_TRUE(fs::is_symlink(link));
+  EXPECT_EQ(Bytes(), "[S]\nk=via link\n");
 }
 
 TEST_F(ProfileTest, BackslashPathsNameTheSameFile) {

@@ -20,6 +20,36 @@ std::string_view TrimBlanks(std::string_view s) {
 
 bool IsEol(char c) { return c == '\r' || c == '\n'; }
 
+// Encodes UTF-8 text as Windows-1252, the reverse of text::FromWindows1252
+// (decoding a file and encoding it again gives back its exact bytes);
+// nothing when the text holds a character that code page cannot hold.
+std::optional<std::string> ToWindows1252(std::string_view utf8) {
+  // The UTF-8 form of each byte 0x80 to 0xFF, as the decoder gives it.
+  static const std::unordered_map<std::string, char> kBytes = [] {
+    std::unordered_map<std::string, char> bytes;
+    for (int b = 0x80; b <= 0xFF; ++b) {
+      const char c = static_cast<char>(b);
+      bytes.emplace(text::FromWindows1252(std::string_view(&c, 1)), c);
+    }
+    return bytes;
+  }();
+  std::string out;
+  out.reserve(utf8.size());
+  for (size_t i = 0; i < utf8.size();) {
+    const auto lead = static_cast<unsigned char>(utf8[i]);
+    if (lead < 0x80) {
+      out.push_back(utf8[i++]);
+      continue;
+    }
+    const size_t size = lead >= 0xF0 ? 4 : lead >= 0xE0 ? 3 : 2;
+    const auto it = kBytes.find(std::string(utf8.substr(i, size)));
+    if (it == kBytes.end()) return std::nullopt;
+    out.push_back(it->second);
+    i += size;
+  }
+  return out;
+}
+
 // The line end that follows byte `i` of `text` (where a line ends), or an
 // empty view at the end of the text.
 std::string_view EolAt(std::string_view text, size_t i) {
@@ -77,7 +107,7 @@ ProfileDocument ProfileDocument::FromBytes(std::string_view bytes) {
 
 std::string ProfileDocument::ToBytes() const {
   if (windows1252_) {
-    if (std::optional<std::string> bytes = text::ToWindows1252(text_)) {
+    if (std::optional<std::string> bytes = ToWindows1252(text_)) {
       return *std::move(bytes);
     }
     return text_;

@@ -41,7 +41,7 @@ std::string TemporaryName(const std::string& path) {
 // Creates the temporary file, writes and flushes `bytes`. Returns its name,
 // or "" on failure (nothing is left behind then).
 std::string WriteTemporary(const std::string& path, std::string_view bytes,
-                           std::optional<mode_t> mode) {
+                           const struct stat* replaced) {
   std::string name;
   UniqueFd fd;
   for (int attempt = 0; attempt < 100 && !fd.valid(); ++attempt) {
@@ -51,8 +51,13 @@ std::string WriteTemporary(const std::string& path, std::string_view bytes,
     if (!fd.valid() && errno != EEXIST) return "";
   }
   if (!fd.valid()) return "";
-  const bool ok = (!mode || ::fchmod(fd.get(), *mode) == 0) &&
-                  WriteAll(fd.get(), bytes) && ::fsync(fd.get()) == 0;
+  if (replaced != nullptr) {
+    // Only a privileged process may give the file away; others keep it.
+    (void)!::fchown(fd.get(), replaced->st_uid, replaced->st_gid);
+  }
+  const bool ok =
+      (replaced == nullptr || ::fchmod(fd.get(), replaced->st_mode & 07777) == 0) &&
+      WriteAll(fd.get(), bytes) && ::fsync(fd.get()) == 0;
   if (!ok) {
     ::unlink(name.c_str());
     return "";
@@ -122,18 +127,20 @@ LockResult LockExisting(const std::string& path, LockedFile& out) {
 }
 
 WriteResult WriteAtomically(const std::string& path, std::string_view bytes,
-                            std::optional<mode_t> mode) {
-  const std::string temporary = WriteTemporary(path, bytes, mode);
+                            const struct stat* replaced) {
+  const std::string temporary = WriteTemporary(path, bytes, replaced);
   if (temporary.empty()) return WriteResult::kFailed;
   WriteResult result = WriteResult::kWritten;
-  if (mode) {
+  if (replaced != nullptr) {
     if (::rename(temporary.c_str(), path.c_str()) != 0) {
       result = WriteResult::kFailed;
     }
   } else if (::link(temporary.c_str(), path.c_str()) != 0) {
     result = errno == EEXIST ? WriteResult::kExists : WriteResult::kFailed;
   }
-  if (result != WriteResult::kWritten || !mode) ::unlink(temporary.c_str());
+  if (result != WriteResult::kWritten || replaced == nullptr) {
+    ::unlink(temporary.c_str());
+  }
   return result;
 }
 

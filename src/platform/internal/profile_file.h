@@ -60,12 +60,13 @@ LockResult LockExisting(const std::string& path, LockedFile& out);
 
 enum class WriteResult { kWritten, kExists, kFailed };
 // Writes `bytes` to a temporary file beside `path` and flushes it. With
-// `mode`, the new file gets these permission bits and replaces `path`;
-// without, it gets the default permissions of a new file and is linked to
-// `path` only when no file is there (kExists otherwise). The temporary file
-// is gone afterwards.
+// `replaced`, the status of the file at `path`, the new file gets its
+// permission bits (and its owner, where the process may set it) and
+// replaces it; without, it gets the default permissions of a new file and
+// is linked to `path` only when no file is there (kExists otherwise). The
+// temporary file is gone afterwards.
 WriteResult WriteAtomically(const std::string& path, std::string_view bytes,
-                            std::optional<mode_t> mode);
+                            const struct stat* replaced);
 
 }  // namespace qv::platform::internal
 
