@@ -13,6 +13,7 @@ ClassInfo CQVGlobalFunctions::BuildClassInfo() {
   // Display helpers.
 
   // Room ordering.
+  AddRoomOrdering(builder);
 
   return builder.Build();
 }

@@ -11,8 +11,15 @@
 #ifndef QVGLOBAL_SHELL_CQV_GLOBAL_FUNCTIONS_H_
 #define QVGLOBAL_SHELL_CQV_GLOBAL_FUNCTIONS_H_
 
+#include <memory>
+
 #include "com/dispatch.h"
 #include "com/object.h"
+
+namespace qv::ds {
+class QvDs;
+class QvRecordset;
+}  // namespace qv::ds
 
 namespace qv {
 
@@ -32,12 +39,25 @@ class CQVGlobalFunctions : public Dispatchable<CQVGlobalFunctions> {
 
   // Room ordering.
 
+  // Numbers the rows of QvDsRooms (room key in columns 0 to 3, and
+  // "OrderNum") 0, 1, 2 ... in the walking order of the four record sets'
+  // rooms and writes the changed numbers to the data set's table in one
+  // transaction; rooms that the data set does not hold get no number, rows
+  // that the walk never meets keep theirs (rooms/room_ordering.h). Errors of
+  // the record sets, the data set and the walk pass through.
+  void SortOrderNumRooms(const std::shared_ptr<ds::QvDs>& QvDsRooms,
+                         std::shared_ptr<ds::QvRecordset> QvRsGebaeude,
+                         std::shared_ptr<ds::QvRecordset> QvRsStock,
+                         std::shared_ptr<ds::QvRecordset> QvRsWohnung,
+                         std::shared_ptr<ds::QvRecordset> QvRsRaum);
+
   // End of room ordering.
 
   static ClassInfo BuildClassInfo();
 
  private:
   using Builder = ClassBuilder<CQVGlobalFunctions>;
+  static void AddRoomOrdering(Builder& builder);
 };
 
 }  // namespace qv
