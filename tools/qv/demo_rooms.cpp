@@ -3,9 +3,9 @@
 #include <iostream>
 #include <string>
 
+#include "datasource/qv_recordset.h"
 #include "modules/cpr_func.h"
 #include "platform/file_system.h"
-#include "datasource/qv_recordset.h"
 #include "qv/command_registry.h"
 #include "qv/room_file.h"
 #include "rooms/croom_intervall.h"
@@ -30,10 +30,11 @@ void ShowRooms(DemoContext& ctx) {
   for (bool ok = it->FirstRoom(); ok; ok = it->NextRoom()) ++count;
   ctx.out << "  forwards: " << count << " rooms, the last is " << Short(*it)
           << "\n  backwards:";
-  int shown = 0;
-  for (bool ok = it->LastRoom(); ok && shown < 4; ok = it->PreviousRoom()) {
+  // The walk stands on the last room now, so LastRoom would answer False
+  // (it did not move): step back from here.
+  for (int shown = 0; shown < 4; ++shown) {
     ctx.out << ' ' << Short(*it);
-    ++shown;
+    if (!it->PreviousRoom()) break;
   }
   ctx.out << " ...\n";
   it->GotoRoom("g2", "s1", "w2", "r3");
