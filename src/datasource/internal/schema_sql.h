@@ -4,8 +4,8 @@
 // TABLE statements that SQLite keeps (the catalogue changes a table's
 // foreign keys by editing that text and rebuilding the table). Internal to
 // src/datasource/.
-#ifndef QVGLOBAL_DATASOURCE_SCHEMA_SQL_H_
-#define QVGLOBAL_DATASOURCE_SCHEMA_SQL_H_
+#ifndef QVGLOBAL_DATASOURCE_INTERNAL_SCHEMA_SQL_H_
+#define QVGLOBAL_DATASOURCE_INTERNAL_SCHEMA_SQL_H_
 
 #include <cstddef>
 #include <cstdint>
@@ -59,4 +59,4 @@ std::string RenameTable(std::string_view sql, const CreateTableText& parsed,
 
 }  // namespace qv::ds
 
-#endif  // QVGLOBAL_DATASOURCE_SCHEMA_SQL_H_
+#endif  // QVGLOBAL_DATASOURCE_INTERNAL_SCHEMA_SQL_H_

@@ -1,4 +1,4 @@
-#include "datasource/db_compact.h"
+#include "datasource/internal/db_compact.h"
 
 #include <SQLiteCpp/Database.h>
 #include <SQLiteCpp/Exception.h>
@@ -14,9 +14,9 @@
 #include <system_error>
 
 #include "com/error.h"
-#include "datasource/connection_string.h"
 #include "datasource/db_connection.h"
 #include "datasource/db_error.h"
+#include "datasource/internal/connection_string.h"
 #include "platform/file_system.h"
 
 namespace qv::ds {

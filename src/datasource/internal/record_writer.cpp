@@ -1,4 +1,4 @@
-#include "datasource/record_writer.h"
+#include "datasource/internal/record_writer.h"
 
 #include <SQLiteCpp/Column.h>
 #include <SQLiteCpp/Statement.h>
@@ -9,9 +9,9 @@
 #include "datasource/db_catalog.h"
 #include "datasource/db_connection.h"
 #include "datasource/db_error.h"
-#include "datasource/engine_error.h"
-#include "datasource/field_value.h"
-#include "datasource/table_layout.h"
+#include "datasource/internal/engine_error.h"
+#include "datasource/internal/field_value.h"
+#include "datasource/internal/recordset_layout.h"
 
 namespace qv::ds {
 namespace {
@@ -58,7 +58,7 @@ std::string DataChildSql(
 
 }  // namespace
 
-RecordWriter::RecordWriter(DbConnection& con, const TableLayout& layout,
+RecordWriter::RecordWriter(DbConnection& con, const RecordsetLayout& layout,
                            std::string table_name)
     : con_(con),
       layout_(layout),

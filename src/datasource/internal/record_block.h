@@ -2,15 +2,15 @@
 // in block order: one row of field values per record, all rows in one flat
 // vector that keeps its capacity from read to read. The record set owns it.
 // Internal to src/datasource/.
-#ifndef QVGLOBAL_DATASOURCE_RECORD_BLOCK_H_
-#define QVGLOBAL_DATASOURCE_RECORD_BLOCK_H_
+#ifndef QVGLOBAL_DATASOURCE_INTERNAL_RECORD_BLOCK_H_
+#define QVGLOBAL_DATASOURCE_INTERNAL_RECORD_BLOCK_H_
 
 #include <cstddef>
 #include <span>
 #include <vector>
 
 #include "com/variant.h"
-#include "datasource/sql_values.h"
+#include "datasource/internal/sql_values.h"
 
 namespace SQLite {
 class Statement;
@@ -54,4 +54,4 @@ class RecordBlock {
 
 }  // namespace qv::ds
 
-#endif  // QVGLOBAL_DATASOURCE_RECORD_BLOCK_H_
+#endif  // QVGLOBAL_DATASOURCE_INTERNAL_RECORD_BLOCK_H_

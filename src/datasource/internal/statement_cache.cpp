@@ -1,4 +1,4 @@
-#include "datasource/statement_cache.h"
+#include "datasource/internal/statement_cache.h"
 
 #include <SQLiteCpp/Database.h>
 #include <SQLiteCpp/Statement.h>
@@ -8,7 +8,8 @@
 #include <unordered_map>
 
 #include "datasource/db_connection.h"
-#include "datasource/engine_error.h"
+#include "datasource/internal/db_handle.h"
+#include "datasource/internal/engine_error.h"
 
 namespace qv::ds {
 namespace {
@@ -48,7 +49,7 @@ void StatementCache::Clear() {
 }
 
 SQLite::Statement* StatementCache::Find(size_t slot) {
-  const void* handle = con_.db().getHandle();
+  const void* handle = DbHandle(con_).getHandle();
   if (handle != handle_) {
     Clear();
     handle_ = handle;
@@ -62,7 +63,7 @@ SQLite::Statement& StatementCache::Prepare(size_t slot,
                                            const std::string& sql) {
   if (slot >= slots_.size()) slots_.resize(slot + 1);
   try {
-    slots_[slot] = std::make_unique<SQLite::Statement>(con_.db(), sql);
+    slots_[slot] = std::make_unique<SQLite::Statement>(DbHandle(con_), sql);
   } catch (...) {
     RethrowAsDbError("QvRecordset", con_.Path());
   }

@@ -2,8 +2,8 @@
 // database to a temporary file, which is flushed to disk and renamed over
 // the original, so that a crash leaves either the old file or the new one.
 // Internal to src/datasource/ (DbCatalog::Compact is the public entry).
-#ifndef QVGLOBAL_DATASOURCE_DB_COMPACT_H_
-#define QVGLOBAL_DATASOURCE_DB_COMPACT_H_
+#ifndef QVGLOBAL_DATASOURCE_INTERNAL_DB_COMPACT_H_
+#define QVGLOBAL_DATASOURCE_INTERNAL_DB_COMPACT_H_
 
 #include <cstdint>
 #include <functional>
@@ -21,4 +21,4 @@ void CompactDatabaseFile(
 
 }  // namespace qv::ds
 
-#endif  // QVGLOBAL_DATASOURCE_DB_COMPACT_H_
+#endif  // QVGLOBAL_DATASOURCE_INTERNAL_DB_COMPACT_H_

@@ -1,4 +1,4 @@
-#include "datasource/engine_error.h"
+#include "datasource/internal/engine_error.h"
 
 #include <SQLiteCpp/Exception.h>
 #include <sqlite3.h>

@@ -3,14 +3,14 @@
 // rules), and comparing stored values the way the database compares them
 // (text without regard to ASCII letter case, as the NOCASE collation of the
 // text columns does). Free functions without state.
-#ifndef QVGLOBAL_DATASOURCE_FIELD_VALUE_H_
-#define QVGLOBAL_DATASOURCE_FIELD_VALUE_H_
+#ifndef QVGLOBAL_DATASOURCE_INTERNAL_FIELD_VALUE_H_
+#define QVGLOBAL_DATASOURCE_INTERNAL_FIELD_VALUE_H_
 
 #include <string_view>
 
 #include "com/variant.h"
 #include "datasource/ado_types.h"
-#include "datasource/sql_values.h"
+#include "datasource/internal/sql_values.h"
 
 namespace qv::ds {
 
@@ -41,4 +41,4 @@ int CompareForSort(const Variant& a, const Variant& b);
 
 }  // namespace qv::ds
 
-#endif  // QVGLOBAL_DATASOURCE_FIELD_VALUE_H_
+#endif  // QVGLOBAL_DATASOURCE_INTERNAL_FIELD_VALUE_H_

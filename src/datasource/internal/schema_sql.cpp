@@ -1,4 +1,4 @@
-#include "datasource/schema_sql.h"
+#include "datasource/internal/schema_sql.h"
 
 #include <cstdlib>
 
@@ -6,8 +6,8 @@
 #include "com/text.h"
 #include "datasource/db_connection.h"
 #include "datasource/db_error.h"
-#include "datasource/engine_error.h"
-#include "datasource/sql_tokenizer.h"
+#include "datasource/internal/engine_error.h"
+#include "datasource/internal/sql_tokenizer.h"
 
 namespace qv::ds {
 namespace {

@@ -6,8 +6,8 @@
 // ReleaseCachedStatements finalizes the statements of every cache on it
 // (SQLite refuses to close a handle with statements still prepared).
 // Internal to src/datasource/.
-#ifndef QVGLOBAL_DATASOURCE_STATEMENT_CACHE_H_
-#define QVGLOBAL_DATASOURCE_STATEMENT_CACHE_H_
+#ifndef QVGLOBAL_DATASOURCE_INTERNAL_STATEMENT_CACHE_H_
+#define QVGLOBAL_DATASOURCE_INTERNAL_STATEMENT_CACHE_H_
 
 #include <cstddef>
 #include <memory>
@@ -57,4 +57,4 @@ void ReleaseCachedStatements(const DbConnection& con);
 
 }  // namespace qv::ds
 
-#endif  // QVGLOBAL_DATASOURCE_STATEMENT_CACHE_H_
+#endif  // QVGLOBAL_DATASOURCE_INTERNAL_STATEMENT_CACHE_H_

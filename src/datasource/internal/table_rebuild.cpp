@@ -1,4 +1,4 @@
-#include "datasource/table_rebuild.h"
+#include "datasource/internal/table_rebuild.h"
 
 #include <SQLiteCpp/Database.h>
 #include <sqlite3.h>
@@ -8,7 +8,8 @@
 #include "com/error.h"
 #include "datasource/db_catalog.h"
 #include "datasource/db_error.h"
-#include "datasource/schema_sql.h"
+#include "datasource/internal/db_handle.h"
+#include "datasource/internal/schema_sql.h"
 
 namespace qv::ds {
 namespace {
@@ -82,7 +83,7 @@ void CheckForeignKeys(DbConnection& con, const std::string& table) {
 void RebuildTable(DbConnection& con, const std::string& table,
                   const std::string& create_sql) {
   if (con.TransactionDepth() > 0 ||
-      sqlite3_get_autocommit(con.db().getHandle()) == 0) {
+      sqlite3_get_autocommit(DbHandle(con).getHandle()) == 0) {
     throw Error(dberr::kTransaction, "DbCatalog",
                 "schema rebuild not possible inside a transaction");
   }

@@ -1,4 +1,4 @@
-#include "datasource/sql_values.h"
+#include "datasource/internal/sql_values.h"
 
 #include <SQLiteCpp/Column.h>
 #include <SQLiteCpp/Exception.h>

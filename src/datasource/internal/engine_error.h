@@ -1,8 +1,8 @@
 // Turns failures of the SQLite engine into the adapter's qv::Error (numbers
 // in db_error.h), with texts that name the table and column concerned where
 // the engine tells them. Internal to src/datasource/.
-#ifndef QVGLOBAL_DATASOURCE_ENGINE_ERROR_H_
-#define QVGLOBAL_DATASOURCE_ENGINE_ERROR_H_
+#ifndef QVGLOBAL_DATASOURCE_INTERNAL_ENGINE_ERROR_H_
+#define QVGLOBAL_DATASOURCE_INTERNAL_ENGINE_ERROR_H_
 
 #include <string>
 #include <string_view>
@@ -28,4 +28,4 @@ std::string SmallIntRangeText(std::string_view table, std::string_view column);
 
 }  // namespace qv::ds
 
-#endif  // QVGLOBAL_DATASOURCE_ENGINE_ERROR_H_
+#endif  // QVGLOBAL_DATASOURCE_INTERNAL_ENGINE_ERROR_H_

@@ -1,10 +1,10 @@
-#include "datasource/table_layout.h"
+#include "datasource/internal/recordset_layout.h"
 
 #include <algorithm>
 
 #include "datasource/db_catalog.h"
 #include "datasource/db_connection.h"
-#include "datasource/field_value.h"
+#include "datasource/internal/field_value.h"
 
 namespace qv::ds {
 namespace {
@@ -21,11 +21,11 @@ std::string Param(int n) { return "?" + std::to_string(n); }
 
 }  // namespace
 
-std::optional<TableLayout> TableLayout::Read(DbConnection& con,
-                                             const std::string& name) {
+std::optional<RecordsetLayout> RecordsetLayout::Read(DbConnection& con,
+                                                     const std::string& name) {
   const DbCatalog catalog(con);
   if (name.empty() || !catalog.HasTable(name)) return std::nullopt;
-  TableLayout layout;
+  RecordsetLayout layout;
   layout.key_table_ = name;
   layout.data_table_ = name;
   const std::vector<ColumnDef> key_columns = catalog.Columns(name);
@@ -62,14 +62,14 @@ std::optional<TableLayout> TableLayout::Read(DbConnection& con,
   return layout;
 }
 
-int TableLayout::FieldIndex(std::string_view name) const {
+int RecordsetLayout::FieldIndex(std::string_view name) const {
   for (size_t i = 0; i < fields_.size(); ++i) {
     if (EqualsNoCase(fields_[i].name, name)) return static_cast<int>(i);
   }
   return -1;
 }
 
-std::string TableLayout::KeyCondition(int count, int first_param) const {
+std::string RecordsetLayout::KeyCondition(int count, int first_param) const {
   std::string sql;
   for (int i = 0; i < count; ++i) {
     sql += i == 0 ? " WHERE " : " AND ";
@@ -78,7 +78,7 @@ std::string TableLayout::KeyCondition(int count, int first_param) const {
   return sql;
 }
 
-std::string TableLayout::SelectSql(int n, bool first_only) const {
+std::string RecordsetLayout::SelectSql(int n, bool first_only) const {
   std::string sql = "SELECT ";
   for (size_t i = 0; i < fields_.size(); ++i) {
     if (i > 0) sql += ", ";
@@ -97,7 +97,7 @@ std::string TableLayout::SelectSql(int n, bool first_only) const {
   return sql;
 }
 
-std::string TableLayout::InsertKeySql() const {
+std::string RecordsetLayout::InsertKeySql() const {
   std::string columns, values;
   for (int i = 0; i < key_count_; ++i) {
     columns += QuoteIdentifier(fields_[i].name) + ", ";
@@ -107,7 +107,7 @@ std::string TableLayout::InsertKeySql() const {
          QuoteIdentifier(kOtherFieldsColumn) + ") VALUES (" + values + "NULL)";
 }
 
-std::string TableLayout::InsertDataSql() const {
+std::string RecordsetLayout::InsertDataSql() const {
   std::string columns, values;
   for (size_t i = 0; i < fields_.size(); ++i) {
     columns += (i > 0 ? ", " : "") + QuoteIdentifier(fields_[i].name);
@@ -117,7 +117,7 @@ std::string TableLayout::InsertDataSql() const {
          ") VALUES (" + values + ")";
 }
 
-std::string TableLayout::UpdateDataSql() const {
+std::string RecordsetLayout::UpdateDataSql() const {
   std::string sql = "UPDATE " + QuoteIdentifier(data_table_) + " SET ";
   for (size_t i = 0; i < fields_.size(); ++i) {
     sql += (i > 0 ? ", " : "") + QuoteIdentifier(fields_[i].name) + " = " +
@@ -126,7 +126,7 @@ std::string TableLayout::UpdateDataSql() const {
   return sql + KeyCondition(key_count_, field_count() + 1);
 }
 
-std::string TableLayout::UpdateKeySql() const {
+std::string RecordsetLayout::UpdateKeySql() const {
   std::string sql = "UPDATE " + QuoteIdentifier(key_table_) + " SET ";
   for (int i = 0; i < key_count_; ++i) {
     sql += (i > 0 ? ", " : "") + QuoteIdentifier(fields_[i].name) + " = " +
@@ -135,17 +135,17 @@ std::string TableLayout::UpdateKeySql() const {
   return sql + KeyCondition(key_count_, key_count_ + 1);
 }
 
-std::string TableLayout::UpdateFieldSql(int field) const {
+std::string RecordsetLayout::UpdateFieldSql(int field) const {
   return "UPDATE " + QuoteIdentifier(data_table_) + " SET " +
          QuoteIdentifier(fields_[field].name) + " = ?1" +
          KeyCondition(key_count_, 2);
 }
 
-std::string TableLayout::DeleteSql(const std::string& table) const {
+std::string RecordsetLayout::DeleteSql(const std::string& table) const {
   return "DELETE FROM " + QuoteIdentifier(table) + KeyCondition(key_count_, 1);
 }
 
-std::string TableLayout::NextNumberSql() const {
+std::string RecordsetLayout::NextNumberSql() const {
   const std::string last = QuoteIdentifier(fields_[key_count_ - 1].name);
   return "SELECT COALESCE(MAX(" + last + "), 0) + 1 FROM " +
          QuoteIdentifier(key_table_) + KeyCondition(key_count_ - 1, 1);

@@ -1,4 +1,4 @@
-#include "datasource/record_block.h"
+#include "datasource/internal/record_block.h"
 
 #include <SQLiteCpp/Column.h>
 #include <SQLiteCpp/Statement.h>
@@ -7,7 +7,7 @@
 #include <limits>
 
 #include "com/variant_date.h"
-#include "datasource/field_value.h"
+#include "datasource/internal/field_value.h"
 
 namespace qv::ds {
 namespace {

@@ -1,12 +1,12 @@
-// TableLayout describes the logical table behind a record set and writes
+// RecordsetLayout describes the logical table behind a record set and writes
 // the SQL the record set runs on it. A logical table is either a pair (the
 // key table "x" with the key columns and "OtherFields", and the data table
 // "x_t" with the key columns and the data columns) or a plain table. Its
 // fields are the key columns (in primary-key order) followed by the other
 // columns of the data table (in table order). A value type, read once when
 // the record set opens its table. Internal to src/datasource/.
-#ifndef QVGLOBAL_DATASOURCE_TABLE_LAYOUT_H_
-#define QVGLOBAL_DATASOURCE_TABLE_LAYOUT_H_
+#ifndef QVGLOBAL_DATASOURCE_INTERNAL_RECORDSET_LAYOUT_H_
+#define QVGLOBAL_DATASOURCE_INTERNAL_RECORDSET_LAYOUT_H_
 
 #include <optional>
 #include <string>
@@ -14,7 +14,7 @@
 #include <vector>
 
 #include "datasource/ado_types.h"
-#include "datasource/sql_values.h"
+#include "datasource/internal/sql_values.h"
 
 namespace qv::ds {
 
@@ -23,12 +23,12 @@ class DbConnection;
 inline constexpr std::string_view kOtherFieldsColumn = "OtherFields";
 inline constexpr std::string_view kOrderNumColumn = "OrderNum";
 
-class TableLayout {
+class RecordsetLayout {
  public:
   // The layout of the table `name`; std::nullopt when there is no such
   // table. Engine errors pass through.
-  static std::optional<TableLayout> Read(DbConnection& con,
-                                         const std::string& name);
+  static std::optional<RecordsetLayout> Read(DbConnection& con,
+                                             const std::string& name);
 
   const std::string& key_table() const { return key_table_; }
   const std::string& data_table() const { return data_table_; }
@@ -78,4 +78,4 @@ class TableLayout {
 
 }  // namespace qv::ds
 
-#endif  // QVGLOBAL_DATASOURCE_TABLE_LAYOUT_H_
+#endif  // QVGLOBAL_DATASOURCE_INTERNAL_RECORDSET_LAYOUT_H_

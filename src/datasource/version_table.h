@@ -3,26 +3,26 @@
 // the connection-wide values ("qvversions_t", "qvdatabasesize_t"). Names
 // and versions are bound as values, so a name with a quote in it is only a
 // name.
-#ifndef QVGLOBAL_DATA_VERSION_TABLE_H_
-#define QVGLOBAL_DATA_VERSION_TABLE_H_
+// Threads: as the connection passed in (one thread at a time).
+#ifndef QVGLOBAL_DATASOURCE_VERSION_TABLE_H_
+#define QVGLOBAL_DATASOURCE_VERSION_TABLE_H_
 
 #include <cstdint>
 #include <string_view>
 
 namespace qv::ds {
-class DbConnection;
-}
 
-namespace qv {
+class DbConnection;
 
 // The version stored under `row`; 0 when there is no such row or the
 // database cannot answer (no version table, connection closed).
-int32_t ReadTableVersion(ds::DbConnection& con, std::string_view row) noexcept;
+int32_t ReadTableVersion(DbConnection& con, std::string_view row) noexcept;
 
-// Stores `version` under `row`, adding the row when it is new.
-void WriteTableVersion(ds::DbConnection& con, std::string_view row,
+// Stores `version` under `row`, adding the row when it is new. Engine
+// errors (numbers of db_error.h) pass through.
+void WriteTableVersion(DbConnection& con, std::string_view row,
                        int32_t version);
 
-}  // namespace qv
+}  // namespace qv::ds
 
-#endif  // QVGLOBAL_DATA_VERSION_TABLE_H_
+#endif  // QVGLOBAL_DATASOURCE_VERSION_TABLE_H_

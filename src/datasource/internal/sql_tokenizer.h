@@ -2,8 +2,8 @@
 // single punctuation characters), skipping blanks and comments. Enough to
 // read the CREATE TABLE statements the engine keeps; it does not validate.
 // Internal to src/datasource/.
-#ifndef QVGLOBAL_DATASOURCE_SQL_TOKENIZER_H_
-#define QVGLOBAL_DATASOURCE_SQL_TOKENIZER_H_
+#ifndef QVGLOBAL_DATASOURCE_INTERNAL_SQL_TOKENIZER_H_
+#define QVGLOBAL_DATASOURCE_INTERNAL_SQL_TOKENIZER_H_
 
 #include <cstddef>
 #include <string>
@@ -33,4 +33,4 @@ std::vector<SqlToken> TokenizeSql(std::string_view sql);
 
 }  // namespace qv::ds
 
-#endif  // QVGLOBAL_DATASOURCE_SQL_TOKENIZER_H_
+#endif  // QVGLOBAL_DATASOURCE_INTERNAL_SQL_TOKENIZER_H_

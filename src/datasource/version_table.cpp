@@ -1,23 +1,22 @@
-#include "data/version_table.h"
+#include "datasource/version_table.h"
 
 #include <string>
 
 #include "datasource/db_connection.h"
 
-namespace qv {
+namespace qv::ds {
 namespace {
 
 const std::string& SelectVersionSql() {
-  static const std::string sql = "SELECT " + ds::QuoteIdentifier("Version") +
-                                 " FROM " + ds::QuoteIdentifier("qvversions") +
-                                 " WHERE " + ds::QuoteIdentifier("Name") +
-                                 " = ?";
+  static const std::string sql = "SELECT " + QuoteIdentifier("Version") +
+                                 " FROM " + QuoteIdentifier("qvversions") +
+                                 " WHERE " + QuoteIdentifier("Name") + " = ?";
   return sql;
 }
 
 }  // namespace
 
-int32_t ReadTableVersion(ds::DbConnection& con, std::string_view row) noexcept {
+int32_t ReadTableVersion(DbConnection& con, std::string_view row) noexcept {
   try {
     auto rows = con.Query(SelectVersionSql(), {Variant(row)});
     if (rows.empty() || rows.front().empty()) return 0;
@@ -27,11 +26,11 @@ int32_t ReadTableVersion(ds::DbConnection& con, std::string_view row) noexcept {
   }
 }
 
-void WriteTableVersion(ds::DbConnection& con, std::string_view row,
+void WriteTableVersion(DbConnection& con, std::string_view row,
                        int32_t version) {
-  const std::string table = ds::QuoteIdentifier("qvversions");
-  const std::string name = ds::QuoteIdentifier("Name");
-  const std::string ver = ds::QuoteIdentifier("Version");
+  const std::string table = QuoteIdentifier("qvversions");
+  const std::string name = QuoteIdentifier("Name");
+  const std::string ver = QuoteIdentifier("Version");
   if (con.Query(SelectVersionSql(), {Variant(row)}).empty()) {
     con.Execute(
         "INSERT INTO " + table + " (" + name + ", " + ver + ") VALUES (?, ?)",
@@ -43,4 +42,4 @@ void WriteTableVersion(ds::DbConnection& con, std::string_view row,
   }
 }
 
-}  // namespace qv
+}  // namespace qv::ds

@@ -1,4 +1,4 @@
-#include "datasource/field_value.h"
+#include "datasource/internal/field_value.h"
 
 #include <algorithm>
 #include <cmath>
@@ -8,7 +8,7 @@
 #include "com/error.h"
 #include "com/text.h"
 #include "datasource/db_error.h"
-#include "datasource/engine_error.h"
+#include "datasource/internal/engine_error.h"
 
 namespace qv::ds {
 namespace {

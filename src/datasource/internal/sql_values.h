@@ -1,8 +1,8 @@
 // Conversions between qv::Variant and SQLite values for the engine adapter:
 // binding parameters and reading result columns by their declared types.
 // Internal to src/datasource/.
-#ifndef QVGLOBAL_DATASOURCE_SQL_VALUES_H_
-#define QVGLOBAL_DATASOURCE_SQL_VALUES_H_
+#ifndef QVGLOBAL_DATASOURCE_INTERNAL_SQL_VALUES_H_
+#define QVGLOBAL_DATASOURCE_INTERNAL_SQL_VALUES_H_
 
 #include <string>
 #include <string_view>
@@ -43,4 +43,4 @@ std::string FormatDbDate(Date date);
 
 }  // namespace qv::ds
 
-#endif  // QVGLOBAL_DATASOURCE_SQL_VALUES_H_
+#endif  // QVGLOBAL_DATASOURCE_INTERNAL_SQL_VALUES_H_

@@ -3,8 +3,8 @@
 // rows, the old one dropped and the new one renamed, all in one
 // transaction, with the table's indexes and triggers recreated and its
 // foreign keys checked before the commit. Internal to src/datasource/.
-#ifndef QVGLOBAL_DATASOURCE_TABLE_REBUILD_H_
-#define QVGLOBAL_DATASOURCE_TABLE_REBUILD_H_
+#ifndef QVGLOBAL_DATASOURCE_INTERNAL_TABLE_REBUILD_H_
+#define QVGLOBAL_DATASOURCE_INTERNAL_TABLE_REBUILD_H_
 
 #include <string>
 
@@ -23,4 +23,4 @@ void RebuildTable(DbConnection& con, const std::string& table,
 
 }  // namespace qv::ds
 
-#endif  // QVGLOBAL_DATASOURCE_TABLE_REBUILD_H_
+#endif  // QVGLOBAL_DATASOURCE_INTERNAL_TABLE_REBUILD_H_

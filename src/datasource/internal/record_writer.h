@@ -7,8 +7,8 @@
 // column types first, so a value that does not fit fails with a clear error
 // before anything is written. Owned by the record set; the connection and
 // the layout must outlive it. Internal to src/datasource/.
-#ifndef QVGLOBAL_DATASOURCE_RECORD_WRITER_H_
-#define QVGLOBAL_DATASOURCE_RECORD_WRITER_H_
+#ifndef QVGLOBAL_DATASOURCE_INTERNAL_RECORD_WRITER_H_
+#define QVGLOBAL_DATASOURCE_INTERNAL_RECORD_WRITER_H_
 
 #include <optional>
 #include <span>
@@ -17,16 +17,16 @@
 #include <vector>
 
 #include "com/variant.h"
-#include "datasource/statement_cache.h"
+#include "datasource/internal/statement_cache.h"
 
 namespace qv::ds {
 
 class DbConnection;
-class TableLayout;
+class RecordsetLayout;
 
 class RecordWriter {
  public:
-  RecordWriter(DbConnection& con, const TableLayout& layout,
+  RecordWriter(DbConnection& con, const RecordsetLayout& layout,
                std::string table_name);
 
   // Adds the record `values` (all fields). On success `values` holds what
@@ -69,7 +69,7 @@ class RecordWriter {
   void RequireKey(const char* source) const;
 
   DbConnection& con_;
-  const TableLayout& layout_;
+  const RecordsetLayout& layout_;
   std::string table_name_;
   StatementCache statements_;
   std::optional<std::vector<DataChild>> data_children_;
@@ -77,4 +77,4 @@ class RecordWriter {
 
 }  // namespace qv::ds
 
-#endif  // QVGLOBAL_DATASOURCE_RECORD_WRITER_H_
+#endif  // QVGLOBAL_DATASOURCE_INTERNAL_RECORD_WRITER_H_

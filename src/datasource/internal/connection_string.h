@@ -1,8 +1,8 @@
 // Helpers of DbConnection for reaching a database file: reading an
 // ADO-style connection string and finding a file whose path was written
 // with other letter case (project folders copied from Windows).
-#ifndef QVGLOBAL_DATASOURCE_CONNECTION_STRING_H_
-#define QVGLOBAL_DATASOURCE_CONNECTION_STRING_H_
+#ifndef QVGLOBAL_DATASOURCE_INTERNAL_CONNECTION_STRING_H_
+#define QVGLOBAL_DATASOURCE_INTERNAL_CONNECTION_STRING_H_
 
 #include <optional>
 #include <string>
@@ -31,4 +31,4 @@ std::optional<std::string> FindPathIgnoringCase(std::string_view path);
 
 }  // namespace qv::ds
 
-#endif  // QVGLOBAL_DATASOURCE_CONNECTION_STRING_H_
+#endif  // QVGLOBAL_DATASOURCE_INTERNAL_CONNECTION_STRING_H_
