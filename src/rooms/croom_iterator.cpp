@@ -15,7 +15,6 @@ QV_REGISTER_CLASS(CRoomIterator_t_);
 
 namespace {
 
-using ds::DbConnection;
 
 const char* const kKeyColumns[] = {"Gebaeude", "Stock", "Wohnung", "Raum"};
 const char* const kNotFound[] = {"Gebäude ", "Stockwerk ", "Wohnung ",
@@ -38,6 +37,17 @@ std::string KeyText(const Variant& v) {
 }
 
 }  // namespace
+
+class CRoomIterator_t_::CallScope {
+ public:
+  explicit CallScope(CRoomIterator_t_& it) : it_(it) {}
+  ~CallScope() { it_.read_.reset(); }
+  CallScope(const CallScope&) = delete;
+  CallScope& operator=(const CallScope&) = delete;
+
+ private:
+  CRoomIterator_t_& it_;
+};
 
 CRoomIterator_t_::CRoomIterator_t_() = default;
 
@@ -68,9 +78,13 @@ void CRoomIterator_t_::init(RecordsetPtr QvRsGebaeude, RecordsetPtr QvRsStock,
     }
     node = nodes_[level] = node->pushChild(rs_[level]);
   }
-  probe_ = std::make_shared<ds::QvRecordset>();
-  probe_->openTable(rs_[0]->getConnection(), rs_[0]->getTableName());
-  DbConnection::ReadTransaction read(rs_[0]->getConnection().get());
+  for (int level = 0; level < 3; ++level) {
+    probes_[level] = std::make_shared<ds::QvRecordset>();
+    probes_[level]->openTable(rs_[level]->getConnection(),
+                              rs_[level]->getTableName());
+  }
+  CallScope scope(*this);
+  BeginRead();
   rs_[0]->readBlock(0, true);  // all buildings, whatever the caller narrowed
   for (int level = 0; level < 3; ++level) {
     ds_[level] = std::make_shared<ds::QvDs>();
@@ -78,6 +92,10 @@ void CRoomIterator_t_::init(RecordsetPtr QvRsGebaeude, RecordsetPtr QvRsStock,
     LoadView(level);
   }
   key_ = RoomKey();
+}
+
+void CRoomIterator_t_::BeginRead() {
+  if (!read_) read_.emplace(rs_[0]->getConnection().get());
 }
 
 void CRoomIterator_t_::RequireInit() const {
@@ -102,6 +120,9 @@ void CRoomIterator_t_::LoadView(int level) {
 }
 
 void CRoomIterator_t_::SelectLevel(int level, int32_t ordinal) {
+  // Entering a new apartment reads one block; a new storey or building
+  // reads more, which one read transaction makes cheaper.
+  if (level < 2) BeginRead();
   if (ordinal >= 0 && ordinal < Count(level))
     rs_[level]->moveTo(ds_[level]->recordForOrdinal(ordinal));
   ReReadChild(level);
@@ -143,7 +164,8 @@ bool CRoomIterator_t_::Moved(const RoomKey& before) const {
 bool CRoomIterator_t_::MoveToEnd(bool last) {
   RequireInit();
   const RoomKey before = key_;
-  DbConnection::ReadTransaction read(rs_[0]->getConnection().get());
+  CallScope scope(*this);
+  BeginRead();
   if (!rs_[0]->isBlockEmpty()) {
     ds_[0]->sortBy(kOrderNum);
     // Ordinals from the first (or last) one on; false past the end.
@@ -228,7 +250,7 @@ bool CRoomIterator_t_::WalkBackward() {
 bool CRoomIterator_t_::NextRoom(bool bReReadBlock) {
   RequireInit();
   try {
-    DbConnection::ReadTransaction read(rs_[0]->getConnection().get());
+    CallScope scope(*this);
     if (bReReadBlock && (!ExistRoom() || !GotoRoomQvRs(key_))) return false;
     changed_from_ = 3;
     if (!WalkForward()) return false;
@@ -242,7 +264,7 @@ bool CRoomIterator_t_::NextRoom(bool bReReadBlock) {
 bool CRoomIterator_t_::PreviousRoom(bool bReReadBlock) {
   RequireInit();
   try {
-    DbConnection::ReadTransaction read(rs_[0]->getConnection().get());
+    CallScope scope(*this);
     if (bReReadBlock && (!ExistRoom() || !GotoRoomQvRs(key_))) return false;
     changed_from_ = 3;
     if (!WalkBackward()) return false;
@@ -266,20 +288,41 @@ void CRoomIterator_t_::PositionOn(const RoomKey& key) {
     return Error(err::kObjectBase, "",
                  kNotFound[level] + key[level] + " nicht mehr gefunden.");
   };
-  // The building must still be in the table; the walked block is read
-  // again only when it does not hold the building yet.
-  probe_->setFieldValue(0, Variant(key[0]));
-  if (!probe_->readBlock(1, true)) throw not_found(0);
-  if (!rs_[0]->findKey(kKeyColumns[0], Variant(key[0]))) {
-    rs_[0]->readBlock(0, true);
-    LoadView(0);
-    if (!rs_[0]->findKey(kKeyColumns[0], Variant(key[0]))) throw not_found(0);
+  BeginRead();
+  bool moved = false;  // a level above moved: this level's block is new
+  for (int level = 0; level < 4; ++level) {
+    if (level < 3 && !Exists(level, key)) throw not_found(level);
+    if (level == 3 && !moved) ReReadChild(2);
+    if (!moved && StillOn(level, key[level])) continue;
+    const char* column = kKeyColumns[level];
+    if (!rs_[level]->findKey(column, Variant(key[level]))) {
+      // The block is older than the record: read it again.
+      if (level == 3) throw not_found(level);
+      if (level == 0) {
+        rs_[0]->readBlock(0, true);
+        LoadView(0);
+      } else {
+        ReReadChild(level - 1);
+      }
+      if (!rs_[level]->findKey(column, Variant(key[level])))
+        throw not_found(level);
+    }
+    moved = true;
+    if (level < 3) ReReadChild(level);
   }
-  for (int level = 1; level < 4; ++level) {
-    ReReadChild(level - 1);
-    if (!rs_[level]->findKey(kKeyColumns[level], Variant(key[level])))
-      throw not_found(level);
-  }
+}
+
+bool CRoomIterator_t_::StillOn(int level, const std::string& key) const {
+  const ds::QvRecordset& rs = *rs_[level];
+  return !rs.isEOF() && !rs.isBOF() &&
+         text::EqualsText(KeyText(rs.getFieldValue(key_field_[level])), key);
+}
+
+bool CRoomIterator_t_::Exists(int level, const RoomKey& key) {
+  ds::QvRecordset& probe = *probes_[level];
+  for (int k = 0; k <= level; ++k)
+    probe.setValue(kKeyColumns[k], Variant(key[k]));
+  return probe.readBlock(static_cast<int16_t>(level + 1), true);
 }
 
 bool CRoomIterator_t_::GotoRoomQvRs(const RoomKey& key) {
@@ -294,7 +337,7 @@ bool CRoomIterator_t_::GotoRoomQvRs(const RoomKey& key) {
 bool CRoomIterator_t_::Goto(const char* prefix, const RoomKey& key) {
   RequireInit();
   try {
-    DbConnection::ReadTransaction read(rs_[0]->getConnection().get());
+    CallScope scope(*this);
     PositionOn(key);
     ReadCurRoomKeys(0);
     return true;
@@ -330,7 +373,7 @@ bool CRoomIterator_t_::TestExistCurRoom() {
   RequireInit();
   if (!ExistRoom()) return false;
   try {
-    DbConnection::ReadTransaction read(rs_[0]->getConnection().get());
+    CallScope scope(*this);
     return GotoRoomQvRs(key_);
   } catch (const Error& e) {
     if (e.number() == err::kObjectBase) return false;  // the room is gone

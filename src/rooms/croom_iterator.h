@@ -14,8 +14,13 @@
 // from it) and links them parent to child where they are not linked yet.
 // It keeps one ordered view (QvDs) per upper level, holding the records of
 // the current parent; a parent that moved hands its child to a recordset
-// tree node for the re-read. Each public call reads inside one read
-// transaction of its own; no lock is held between calls.
+// tree node for the re-read. A public call that makes more than one read
+// makes them inside one read transaction of its own; no lock is held between
+// calls. NextRoom(True) and PreviousRoom(True) first re-position on the
+// current room: building, storey and apartment are looked up by their keys
+// in the file, and the room's block is read again (an upper level's block is
+// read again when it no longer holds its record, and whenever the walk
+// enters a new parent).
 //
 // Decisions where the behaviour was open:
 // - GotoRoomLast behaves as GotoRoom, with its own message prefix.
@@ -45,11 +50,13 @@
 #include <array>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "com/object.h"
 #include "com/safe_array.h"
 #include "com/variant.h"
+#include "datasource/db_connection.h"
 
 namespace qv::ds {
 class QvDs;
@@ -109,8 +116,16 @@ class CRoomIterator_t_ : public Dispatchable<CRoomIterator_t_> {
   int32_t Ordinal(int level) const;
   int32_t Count(int level) const;
   void ReadCurRoomKeys(int from_level);
-  // Positions the four record sets on `key`, re-reading every level.
+  // Ends the read transaction of a public call when the call ends.
+  class CallScope;
+  // Begins the call's read transaction unless it has begun.
+  void BeginRead();
+  // Positions the four record sets on `key`. Each upper level is checked by
+  // a keyed lookup in the file and its block read again only when it no
+  // longer holds the record; the room block is always read again.
   void PositionOn(const RoomKey& key);
+  bool StillOn(int level, const std::string& key) const;
+  bool Exists(int level, const RoomKey& key);
   bool GotoRoomQvRs(const RoomKey& key);
   bool Goto(const char* prefix, const RoomKey& key);
   bool WalkForward();
@@ -127,9 +142,12 @@ class CRoomIterator_t_ : public Dispatchable<CRoomIterator_t_> {
   // The recordset tree: one node per level, each the child of the one above.
   std::shared_ptr<CQvRecordsetTree> tree_;
   std::array<std::shared_ptr<CQvRecordsetTree>, 4> nodes_;
-  // A record set of its own on the building table, for keyed existence
-  // checks that leave the walked building block as it is.
-  RecordsetPtr probe_;
+  // Record sets of their own on the upper tables, for keyed existence
+  // checks that leave the walked blocks as they are.
+  std::array<RecordsetPtr, 3> probes_;
+  // The read transaction of the public call under way, begun when the call
+  // makes more than one read.
+  std::optional<ds::DbConnection::ReadTransaction> read_;
   RoomKey key_;
   int changed_from_ = 0;  // lowest level moved during the current call
 };
