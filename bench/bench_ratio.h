@@ -41,7 +41,7 @@ class RatioReporter : public benchmark::ConsoleReporter {
   std::map<std::string, double> cpu_, real_;
 };
 
-// One ratio to print: the library's benchmark, the raw one, the label naming
+// One ratio to print: the library's benchmark, the raw one, a label naming
 // both sides ("readBlock/raw") and the target.
 struct Ratio {
   std::string ours;
@@ -51,7 +51,7 @@ struct Ratio {
 };
 
 // Runs the benchmarks and prints "<label> ratio: X.XX (target <= T)" for
-// each ratio. The two benchmarks of a ratio must use the same time unit.
+// each ratio. Both benchmarks of a ratio must use the same time unit.
 inline int RunWithRatios(int argc, char** argv,
                          const std::vector<Ratio>& ratios) {
   benchmark::Initialize(&argc, argv);
