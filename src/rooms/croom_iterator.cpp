@@ -247,32 +247,27 @@ bool CRoomIterator_t_::WalkBackward() {
   }
 }
 
-bool CRoomIterator_t_::NextRoom(bool bReReadBlock) {
+bool CRoomIterator_t_::Step(bool forward, bool reread) {
   RequireInit();
   try {
     CallScope scope(*this);
-    if (bReReadBlock && (!ExistRoom() || !GotoRoomQvRs(key_))) return false;
+    if (reread && (!ExistRoom() || !GotoRoomQvRs(key_))) return false;
     changed_from_ = 3;
-    if (!WalkForward()) return false;
+    if (!(forward ? WalkForward() : WalkBackward())) return false;
     ReadCurRoomKeys(changed_from_);
     return true;
   } catch (const Error& e) {
-    Raise("CRoomIterator->NextRoom: ", e, key_);
+    Raise(forward ? "CRoomIterator->NextRoom: " : "CRoomIterator->PreviousRoom: ",
+          e, key_);
   }
 }
 
+bool CRoomIterator_t_::NextRoom(bool bReReadBlock) {
+  return Step(true, bReReadBlock);
+}
+
 bool CRoomIterator_t_::PreviousRoom(bool bReReadBlock) {
-  RequireInit();
-  try {
-    CallScope scope(*this);
-    if (bReReadBlock && (!ExistRoom() || !GotoRoomQvRs(key_))) return false;
-    changed_from_ = 3;
-    if (!WalkBackward()) return false;
-    ReadCurRoomKeys(changed_from_);
-    return true;
-  } catch (const Error& e) {
-    Raise("CRoomIterator->PreviousRoom: ", e, key_);
-  }
+  return Step(false, bReReadBlock);
 }
 
 // ---------------------------------------------------------------------------

@@ -128,6 +128,8 @@ class CRoomIterator_t_ : public Dispatchable<CRoomIterator_t_> {
   bool Exists(int level, const RoomKey& key);
   bool GotoRoomQvRs(const RoomKey& key);
   bool Goto(const char* prefix, const RoomKey& key);
+  // NextRoom (forward) and PreviousRoom.
+  bool Step(bool forward, bool reread);
   bool WalkForward();
   bool WalkBackward();
   bool MoveToEnd(bool last);

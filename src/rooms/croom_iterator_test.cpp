@@ -49,10 +49,7 @@ std::vector<std::string> Walk(CRoomIterator_t_& it, ds::QvRecordset& rooms,
   bool ok = backwards ? it.LastRoom() : it.FirstRoom();
   for (; ok; ok = backwards ? it.PreviousRoom(reread) : it.NextRoom(reread)) {
     seen.push_back(Path(it));
-    std::string record;
-    for (const char* c : {"Gebaeude", "Stock", "Wohnung", "Raum"})
-      record += (record.empty() ? "" : "/") + rooms.getValue(c).ToString();
-    EXPECT_EQ(record, seen.back());
+    EXPECT_EQ(qv::testing::RoomPath(rooms), seen.back());
   }
   return seen;
 }
