@@ -253,12 +253,27 @@ bool CRoomIterator_t_::Step(bool forward, bool reread) {
     CallScope scope(*this);
     if (reread && (!ExistRoom() || !GotoRoomQvRs(key_))) return false;
     changed_from_ = 3;
-    if (!(forward ? WalkForward() : WalkBackward())) return false;
+    if (!(forward ? WalkForward() : WalkBackward())) {
+      StandOnCurrentRoom(forward);
+      return false;
+    }
     ReadCurRoomKeys(changed_from_);
     return true;
   } catch (const Error& e) {
     Raise(forward ? "CRoomIterator->NextRoom: " : "CRoomIterator->PreviousRoom: ",
           e, key_);
+  }
+}
+
+void CRoomIterator_t_::StandOnCurrentRoom(bool forward) {
+  // The walk ran off the end: the room record set stepped past the current
+  // room, and empty apartments after it may have been selected. Put the
+  // record sets back on the room whose key the iterator keeps, so that the
+  // next move starts from there.
+  if (changed_from_ == 3) {
+    forward ? rs_[3]->moveLast() : rs_[3]->moveFirst();
+  } else if (ExistRoom()) {
+    PositionOn(key_);
   }
 }
 
