@@ -19,7 +19,9 @@ class DbConnection;
 void DeleteAllRowsExcept(DbConnection& con, std::string_view keep);
 
 // The faults that SQLite's integrity check and foreign-key check find, one
-// line each; empty when the database is sound.
+// line each, and foreign keys whose related table is missing ("table 't'
+// refers to the missing table 'p' (foreign key 'f')"); empty when the
+// database is sound.
 std::vector<std::string> CheckDatabase(DbConnection& con);
 
 }  // namespace qv::ds
