@@ -11,7 +11,7 @@ const std::string& SelectVersionSql() {
   static const std::string sql = "SELECT " + ds::QuoteIdentifier("Version") +
                                  " FROM " + ds::QuoteIdentifier("qvversions") +
                                  " WHERE " + ds::QuoteIdentifier("Name") +
-                                 " = ?";
+                                 " = ?1 COLLATE NOCASE";
   return sql;
 }
 
@@ -37,9 +37,9 @@ void WriteTableVersion(ds::DbConnection& con, std::string_view row,
         "INSERT INTO " + table + " (" + name + ", " + ver + ") VALUES (?, ?)",
         {Variant(row), Variant(version)});
   } else {
-    con.Execute(
-        "UPDATE " + table + " SET " + ver + " = ? WHERE " + name + " = ?",
-        {Variant(version), Variant(row)});
+    con.Execute("UPDATE " + table + " SET " + ver + " = ?1 WHERE " + name +
+                    " = ?2 COLLATE NOCASE",
+                {Variant(version), Variant(row)});
   }
 }
 
