@@ -1,5 +1,5 @@
 // Connection strings as callers and old project files write them.
-#include "datasource/connection_string.h"
+#include "datasource/internal/connection_string.h"
 #include "fuzz_input.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {

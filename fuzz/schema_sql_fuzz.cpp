@@ -2,8 +2,8 @@
 // to them (foreign keys added, removed, the table renamed).
 #include <string>
 
-#include "datasource/schema_sql.h"
-#include "datasource/sql_tokenizer.h"
+#include "datasource/internal/schema_sql.h"
+#include "datasource/internal/sql_tokenizer.h"
 #include "fuzz_input.h"
 
 namespace {

@@ -34,9 +34,18 @@ void DeleteAllRowsExcept(DbConnection& con, std::string_view keep) {
   transaction.Commit();
 }
 
-std::vector<std::string> CheckDatabase(DbConnection& con) {
+int32_t DeleteRowsWhere(DbConnection& con, std::string_view table,
+                        std::string_view column, const Variant& value) {
+  con.Execute("DELETE FROM " + QuoteIdentifier(table) + " WHERE " +
+                  QuoteIdentifier(column) + " = ?1 COLLATE NOCASE",
+              {value});
+  return con.Changes();
+}
+
+std::vector<std::string> CheckDatabase(DbConnection& con, bool quick) {
   std::vector<std::string> faults;
-  for (const auto& row : con.Query("PRAGMA integrity_check")) {
+  for (const auto& row :
+       con.Query(quick ? "PRAGMA quick_check" : "PRAGMA integrity_check")) {
     const std::string line = row.at(0).ToString();
     if (line != "ok") faults.push_back(line);
   }
