@@ -62,7 +62,7 @@ int OnProgress(void* data) {
 // through the rollback journal before it releases the lock.
 void VacuumInPlace(const std::string& path, ProgressState& state) {
   SQLite::Database db(path, SQLite::OPEN_READWRITE,
-                      DbConnection::kBusyTimeoutMs);
+                      DbConnection::BusyTimeoutMs());
   db.exec("PRAGMA journal_mode=DELETE");
   db.exec("PRAGMA synchronous=FULL");
   state.db = db.getHandle();
