@@ -116,6 +116,8 @@ class ErrListTest(unittest.TestCase):
         self.assertEqual(listener.events, [("select", 30), ("highlight", 12)])
         errors.QvTGrErr = None
         self.assertIsNone(grid.sink)
+        errors.clear()
+        self.assertTrue(errors.isEmpty)
 
 
 if __name__ == "__main__":

@@ -153,8 +153,6 @@ TEST(QvPropertiesTest, FormatsByName) {
   EXPECT_EQ(p->Get("UnitText"), Variant("°C"));
   EXPECT_TRUE(
       RaisesError([&] { p->Let("Value", "warm"); }, 13, "Type mismatch"));
-  EXPECT_TRUE(RaisesError([&] { p->Let("Property", "077/x"); }, kError1000,
-                          "QvProperties: unknown property '077/x'"));
 }
 
 }  // namespace

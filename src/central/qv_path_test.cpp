@@ -55,8 +55,7 @@ TEST_F(QvPathTest, Windows1252TextIsDecoded) {
   QvPath path(Write("CatalogPath = " + dir_.string() +
                     "/Kataloge M\xFCller\n"));  // ü in Windows-1252
   EXPECT_EQ(path.GetState(), QvPath::kValid);
-  EXPECT_EQ(path.GetCatalogPath(),
-            dir_.string() + "/Kataloge M\xC3\xBCller");
+  EXPECT_EQ(path.GetCatalogPath(), dir_.string() + "/Kataloge M\xC3\xBCller");
 }
 
 TEST_F(QvPathTest, FileIsFoundThroughEnvironmentThenCommonAppData) {
