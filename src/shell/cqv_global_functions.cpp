@@ -10,10 +10,13 @@ ClassInfo CQVGlobalFunctions::BuildClassInfo() {
   AddMessageMembers(builder);
 
   // Record helpers.
+  AddRecordHelpers(builder);
 
   // Display helpers.
+  AddDisplayHelpers(builder);
 
   // Room ordering.
+  AddRoomOrdering(builder);
 
   return builder.Build();
 }
