@@ -165,6 +165,8 @@ class ApplicationTest(unittest.TestCase):
         grid.sink.OnHelp(0, 1, handled)
         self.assertIs(handled.value, True)
         self.assertEqual(self.requests, [(self.help_file, 60012, 4711)])
+        create("CQVGlobalFunctions").CallHelpFile(7)  # file and window default
+        self.assertEqual(self.requests[1], (self.help_file, 7, 4711))
 
         self.globals.QvLanguage = 2
         self.assertEqual(create("CQVGlobalFunctions").ConvertMsg(
