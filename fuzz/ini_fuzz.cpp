@@ -39,7 +39,7 @@ const std::string* Lookup(const std::vector<ProfileSectionView>& sections,
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   const std::string_view bytes(reinterpret_cast<const char*>(data), size);
-  ProfileDocument doc = ProfileDocument::FromBytes(bytes);
+  ProfileDocument doc = ProfileDocument::FromBytes(std::string(bytes));
   Require(doc.ToBytes() == bytes);
   const std::vector<ProfileSectionView> sections = doc.Sections();
 

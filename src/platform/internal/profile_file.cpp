@@ -86,18 +86,26 @@ UniqueFd& UniqueFd::operator=(UniqueFd&& other) noexcept {
 }
 
 std::optional<std::string> ReadAll(int fd) {
-  std::string bytes;
-  char buffer[65536];
-  for (off_t offset = 0;;) {
-    const ssize_t n = ::pread(fd, buffer, sizeof buffer, offset);
+  // Read straight into the string, sized for the file as it is now (one
+  // byte more, so that reaching the end needs no second round).
+  struct stat st {};
+  const size_t expected =
+      ::fstat(fd, &st) == 0 ? static_cast<size_t>(st.st_size) + 1 : 65536;
+  std::string bytes(expected, '\0');
+  size_t length = 0;
+  for (;;) {
+    if (length == bytes.size()) bytes.resize(bytes.size() * 2);
+    const ssize_t n = ::pread(fd, bytes.data() + length, bytes.size() - length,
+                              static_cast<off_t>(length));
     if (n < 0) {
       if (errno == EINTR) continue;
       return std::nullopt;
     }
-    if (n == 0) return bytes;
-    bytes.append(buffer, static_cast<size_t>(n));
-    offset += n;
+    if (n == 0) break;
+    length += static_cast<size_t>(n);
   }
+  bytes.resize(length);
+  return bytes;
 }
 
 LockResult LockExisting(const std::string& path, LockedFile& out) {
