@@ -91,15 +91,15 @@ std::shared_ptr<const ParsedProfile> Load(const std::string& path) {
     }
   }
   const internal::UniqueFd fd(::open(path.c_str(), O_RDONLY | O_CLOEXEC));
-  struct stat before {}, after {};
+  struct stat before {
+  }, after{};
   if (!fd.valid() || ::fstat(fd.get(), &before) != 0) return nullptr;
   std::optional<std::string> bytes = internal::ReadAll(fd.get());
   if (!bytes || ::fstat(fd.get(), &after) != 0) return nullptr;
   auto parsed = std::make_shared<const ParsedProfile>(*std::move(bytes));
   const FileStamp stamp = internal::StampOf(after);
-  const bool settled =
-      RealTimeNs() - std::max(stamp.mtime_ns, stamp.ctime_ns) >
-      kTimestampGranularityNs;
+  const bool settled = RealTimeNs() - std::max(stamp.mtime_ns, stamp.ctime_ns) >
+                       kTimestampGranularityNs;
   if (settled && stamp == internal::StampOf(before)) {
     std::lock_guard<std::mutex> lock(cache.mutex);
     if (cache.entries.size() >= kMaxCachedFiles) cache.entries.clear();
@@ -162,9 +162,9 @@ std::string Profile::GetString(std::string_view file, std::string_view section,
   if (buffer_size == 0) return "";
   const auto parsed = Load(FileSystem::ToNativePath(file));
   const std::string* value = parsed ? parsed->Find(section, key) : nullptr;
-  return text::Left(value ? std::string_view(*value)
-                          : RTrimBlanks(default_value),
-                    buffer_size - 1);
+  return text::Left(
+      value ? std::string_view(*value) : RTrimBlanks(default_value),
+      buffer_size - 1);
 }
 
 int32_t Profile::GetInt(std::string_view file, std::string_view section,

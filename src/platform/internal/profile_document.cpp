@@ -242,8 +242,7 @@ bool ProfileDocument::SetValue(std::string_view section, std::string_view key,
         text::EqualsText(line.name, key)) {
       const std::string replacement = key_line(line.name);
       if (content == replacement) return false;
-      text_.replace(lines[i].begin, lines[i].end - lines[i].begin,
-                    replacement);
+      text_.replace(lines[i].begin, lines[i].end - lines[i].begin, replacement);
       return true;
     }
     if (!TrimBlanks(content).empty()) last_filled = i;

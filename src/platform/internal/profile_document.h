@@ -69,9 +69,9 @@ class ProfileDocument {
 
  private:
   struct Line {
-    size_t begin;    // first byte of the line
-    size_t end;      // one past its last byte before the line end
-    size_t next;     // first byte of the following line
+    size_t begin;  // first byte of the line
+    size_t end;    // one past its last byte before the line end
+    size_t next;   // first byte of the following line
   };
   // The lines of one section: its header and the lines up to the next one.
   struct SectionRange {
