@@ -10,6 +10,7 @@
 #include <benchmark/benchmark.h>
 
 #include <cstdio>
+#include <cstdlib>
 #include <map>
 #include <string>
 #include <vector>
@@ -40,6 +41,16 @@ class RatioReporter : public benchmark::ConsoleReporter {
 
   std::map<std::string, double> cpu_, real_;
 };
+
+// For BENCHMARK(...)->Apply(FixedIterationsFromEnv): with QV_BENCH_ITERATIONS
+// set, the benchmark runs exactly that many iterations, once, so that an
+// instruction count taken under callgrind divides into a cost per call
+// (scripts/callgrind-ratio.sh).
+inline void FixedIterationsFromEnv(benchmark::internal::Benchmark* b) {
+  if (const char* n = std::getenv("QV_BENCH_ITERATIONS")) {
+    b->Iterations(std::strtoll(n, nullptr, 10));
+  }
+}
 
 // Runs the benchmarks and prints "<label> ratio: X.XX (target <= T)", the
 // label naming both sides ("readBlock/raw"). Both benchmarks must use the
