@@ -15,12 +15,8 @@ namespace qv {
 namespace {
 
 namespace fs = std::filesystem;
-using ::qv::testing::RunTool;
+using ::qv::testing::RunQv;
 using ::qv::testing::ToolRun;
-
-ToolRun RunQv(const std::string& args) {
-  return RunTool(QVGLOBAL_QV_TOOL, args);
-}
 
 class QvDbToolTest : public ::testing::Test {
  protected:
@@ -89,8 +85,8 @@ TEST_F(QvDbToolTest, CheckClearAndCompact) {
 TEST_F(QvDbToolTest, MissingFileFailsWithTheContainersText) {
   const ToolRun run = RunQv("db info '" + dir_.path() + "/none.qv3'");
   EXPECT_EQ(run.status, 1);
-  EXPECT_EQ(run.err.rfind("CQvDBContainer: unknown File (Path: " +
-                              dir_.path() + "/none.qv3)\r\n",
+  EXPECT_EQ(run.err.rfind("CQvDBContainer: unknown File (Path: " + dir_.path() +
+                              "/none.qv3)\r\n",
                           0),
             0u)
       << run.err;
