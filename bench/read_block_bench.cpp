@@ -20,6 +20,7 @@
 #include "bench_ratio.h"
 #include "datasource/db_catalog.h"
 #include "datasource/db_connection.h"
+#include "datasource/internal/db_handle.h"
 #include "datasource/qv_recordset.h"
 
 namespace {
@@ -75,10 +76,10 @@ void BuildDatabase(const std::string& path) {
   catalog.CreateTable("messwert", key_table, {"Projekt", "Gruppe", "Nr"});
   catalog.CreateTable("messwert_t", data_table, {"Projekt", "Gruppe", "Nr"});
   DbConnection::Transaction tx(con);
-  SQLite::Statement key_row(con.db(),
+  SQLite::Statement key_row(DbHandle(con),
                             "INSERT INTO messwert VALUES (?, ?, ?, NULL)");
   SQLite::Statement data_row(
-      con.db(), "INSERT INTO messwert_t VALUES (?, ?, ?, ?, ?, ?)");
+      DbHandle(con), "INSERT INTO messwert_t VALUES (?, ?, ?, ?, ?, ?)");
   for (int p = 1; p <= kPerLevel; ++p) {
     const std::string projekt = Projekt(p);
     for (int g = 1; g <= kPerLevel; ++g) {

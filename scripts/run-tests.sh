@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Sets up the machine, then builds and runs every test twice: a normal build
-# in build/ and an AddressSanitizer + UBSan build in build-asan/. Stops at the
+# in build/ and an AddressSanitizer + UBSan build in build-asan/, after
+# checking that includes point down the layers only. Stops at the
 # first failure; at the end prints the total number of tests passed.
 set -euo pipefail
 
@@ -58,6 +59,9 @@ run_stage() {
 
 banner "setup"
 scripts/setup.sh
+
+banner "layers"
+scripts/check-layers.sh
 
 run_stage build -DCMAKE_BUILD_TYPE=RelWithDebInfo
 

@@ -11,11 +11,11 @@
 #include "data/column_descriptor.h"
 #include "data/cqv_rs_with_bookmark.h"
 #include "data/table_schema.h"
-#include "data/version_table.h"
 #include "datasource/db_catalog.h"
 #include "datasource/db_connection.h"
 #include "datasource/qv_recordset.h"
-#include "records/cqv_clipboard.h"
+#include "datasource/record_clipboard.h"
+#include "datasource/version_table.h"
 
 namespace qv {
 
@@ -168,8 +168,8 @@ void CQvConnection::clearClipboards() {
 
 int32_t CQvConnection::getTableVersion(const std::string& sTablename) {
   if (!m_conConnection) return 0;
-  return ReadTableVersion(*m_conConnection,
-                          VersionRow(NormalizeTableName(sTablename)));
+  return ds::ReadTableVersion(*m_conConnection,
+                              VersionRow(NormalizeTableName(sTablename)));
 }
 
 void CQvConnection::saveIterPos() {
@@ -231,7 +231,7 @@ ds::DbConnection& CQvConnection::connection() const {
 }
 
 void CQvConnection::setTableVersion(const std::string& sRow, int32_t lVer) {
-  WriteTableVersion(connection(), sRow, lVer);
+  ds::WriteTableVersion(connection(), sRow, lVer);
 }
 
 void CQvConnection::addEntry(const std::string& name,
@@ -275,13 +275,8 @@ void CQvConnection::forEachEntry(F&& f) const {
 }
 
 void CQvConnection::emptyApplicationClipboard() noexcept {
-  std::shared_ptr<CQvClipboard> clipboard = CurrentClipboard();
-  if (!clipboard) return;
-  forEachEntry([&](CQvRSwithBookMark& entry) {
-    std::shared_ptr<ds::QvRecordset> held = clipboard->qvrs();
-    if (held && held->getTableName() == entry.m_QvRecordset->getTableName()) {
-      clipboard->set_qvrs(nullptr);
-    }
+  forEachEntry([](CQvRSwithBookMark& entry) {
+    ds::EmptyRecordClipboardOf(entry.m_QvRecordset->getTableName());
   });
 }
 

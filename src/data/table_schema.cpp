@@ -7,6 +7,7 @@
 #include "data/column_descriptor.h"
 #include "data/qv_connection_error.h"
 #include "datasource/db_connection.h"
+#include "datasource/db_maintenance.h"
 
 namespace qv {
 namespace {
@@ -79,16 +80,11 @@ void TableSchema::AddDataColumns(const std::string& name,
 
 void TableSchema::DropRecordTemplates(const std::string& name) {
   if (!catalog_.HasTable("QvTemplate")) return;
-  con_.Execute("DELETE FROM " + ds::QuoteIdentifier("QvTemplate") + " WHERE " +
-                   ds::QuoteIdentifier("Name") + " = ?",
-               {Variant(name)});
+  ds::DeleteRowsWhere(con_, "QvTemplate", "Name", Variant(name));
 }
 
 void TableSchema::CheckIntegrity(const std::string& name) {
-  auto integrity = con_.Query("PRAGMA quick_check");
-  bool intact = integrity.size() == 1 && !integrity.front().empty() &&
-                integrity.front().front() == Variant("ok");
-  if (!intact || !con_.Query("PRAGMA foreign_key_check").empty()) {
+  if (!ds::CheckDatabase(con_, /*quick=*/true).empty()) {
     throw ConnectionError(QvConnectionErrorOpenToConvert, "convertTable",
                           "integrity check failed for: " + Quoted(name));
   }

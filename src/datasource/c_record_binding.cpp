@@ -7,7 +7,7 @@
 #include <unordered_map>
 
 #include "com/error.h"
-#include "datasource/field_value.h"
+#include "datasource/internal/field_value.h"
 
 namespace qv::ds {
 namespace {

@@ -6,10 +6,10 @@
 
 #include "com/error.h"
 #include "com/text.h"
-#include "datasource/db_compact.h"
 #include "datasource/db_error.h"
-#include "datasource/schema_sql.h"
-#include "datasource/table_rebuild.h"
+#include "datasource/internal/db_compact.h"
+#include "datasource/internal/schema_sql.h"
+#include "datasource/internal/table_rebuild.h"
 
 namespace qv::ds {
 namespace {

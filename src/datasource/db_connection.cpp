@@ -10,13 +10,13 @@
 #include "com/dispatch.h"
 #include "com/error.h"
 #include "com/safe_array.h"
-#include "datasource/connection_string.h"
 #include "datasource/db_catalog.h"
 #include "datasource/db_error.h"
-#include "datasource/engine_error.h"
+#include "datasource/internal/connection_string.h"
+#include "datasource/internal/engine_error.h"
+#include "datasource/internal/sql_values.h"
+#include "datasource/internal/statement_cache.h"
 #include "datasource/open_files.h"
-#include "datasource/sql_values.h"
-#include "datasource/statement_cache.h"
 #include "platform/file_system.h"
 
 namespace qv::ds {

@@ -24,6 +24,10 @@ class Database;
 
 namespace qv::ds {
 
+namespace internal {
+struct DbHandleAccess;
+}
+
 class DbConnection : public qv::Dispatchable<DbConnection> {
  public:
   static constexpr int32_t kStateClosed = 0, kStateOpen = 1;
@@ -79,8 +83,6 @@ class DbConnection : public qv::Dispatchable<DbConnection> {
   // Number of Transaction objects open on this connection.
   int TransactionDepth() const { return depth_; }
 
-  SQLite::Database& db();  // for src/datasource internals only
-
   // RAII transaction; nests through SAVEPOINTs (the outermost one is BEGIN
   // IMMEDIATE); rolls back in its destructor unless Commit() was called.
   // Inner transactions must end before outer ones.
@@ -105,6 +107,12 @@ class DbConnection : public qv::Dispatchable<DbConnection> {
   BuildClassInfo();  // "State", "ConnectionString", "Open", "Close", "Execute"
 
  private:
+  // The open handle, for the statements of src/datasource/ (reached from
+  // outside this class through internal/db_handle.h). Raises kNotOpen when
+  // closed.
+  SQLite::Database& db();
+  friend struct internal::DbHandleAccess;
+
   std::string connection_string_;
   std::string path_;
   std::unique_ptr<SQLite::Database> db_;

@@ -16,9 +16,18 @@ void DeleteAllRowsExcept(DbConnection& con, std::string_view keep) {
   transaction.Commit();
 }
 
-std::vector<std::string> CheckDatabase(DbConnection& con) {
+int32_t DeleteRowsWhere(DbConnection& con, std::string_view table,
+                        std::string_view column, const Variant& value) {
+  con.Execute("DELETE FROM " + QuoteIdentifier(table) + " WHERE " +
+                  QuoteIdentifier(column) + " = ?",
+              {value});
+  return con.Changes();
+}
+
+std::vector<std::string> CheckDatabase(DbConnection& con, bool quick) {
   std::vector<std::string> faults;
-  for (const auto& row : con.Query("PRAGMA integrity_check")) {
+  for (const auto& row :
+       con.Query(quick ? "PRAGMA quick_check" : "PRAGMA integrity_check")) {
     const std::string line = row.at(0).ToString();
     if (line != "ok") faults.push_back(line);
   }
@@ -26,9 +35,8 @@ std::vector<std::string> CheckDatabase(DbConnection& con) {
   for (const auto& row : con.Query("PRAGMA foreign_key_check")) {
     const std::string rowid =
         row.at(1).IsNull() ? "?" : row.at(1).ToString();  // WITHOUT ROWID
-    faults.push_back("row " + rowid + " of table '" +
-                     row.at(0).ToString() + "' has no parent in '" +
-                     row.at(2).ToString() + "'");
+    faults.push_back("row " + rowid + " of table '" + row.at(0).ToString() +
+                     "' has no parent in '" + row.at(2).ToString() + "'");
   }
   return faults;
 }

@@ -7,9 +7,9 @@
 #include "com/dispatch.h"
 #include "com/error.h"
 #include "com/safe_array.h"
-#include "datasource/field_value.h"
+#include "datasource/internal/field_value.h"
+#include "datasource/internal/recordset_layout.h"
 #include "datasource/qv_recordset.h"
-#include "datasource/table_layout.h"
 
 namespace qv::ds {
 

@@ -8,12 +8,12 @@
 #include "com/safe_array.h"
 #include "datasource/c_record_binding.h"
 #include "datasource/db_connection.h"
-#include "datasource/engine_error.h"
-#include "datasource/field_value.h"
-#include "datasource/record_block.h"
-#include "datasource/record_writer.h"
-#include "datasource/statement_cache.h"
-#include "datasource/table_layout.h"
+#include "datasource/internal/engine_error.h"
+#include "datasource/internal/field_value.h"
+#include "datasource/internal/record_block.h"
+#include "datasource/internal/record_writer.h"
+#include "datasource/internal/recordset_layout.h"
+#include "datasource/internal/statement_cache.h"
 
 namespace qv::ds {
 namespace {
@@ -48,11 +48,11 @@ bool QvRecordset::openTable(std::shared_ptr<DbConnection> con,
   Reset();
   try {
     if (!con || con->State() != DbConnection::kStateOpen) return false;
-    std::optional<TableLayout> layout = TableLayout::Read(*con, name);
+    std::optional<RecordsetLayout> layout = RecordsetLayout::Read(*con, name);
     if (!layout) return false;
     con_ = std::move(con);
     table_name_ = name;
-    layout_ = std::make_unique<TableLayout>(std::move(*layout));
+    layout_ = std::make_unique<RecordsetLayout>(std::move(*layout));
     statements_ = std::make_unique<StatementCache>(*con_);
     writer_ = std::make_unique<RecordWriter>(*con_, *layout_, table_name_);
     statements_->Get(

@@ -38,7 +38,7 @@ class DbConnection;
 class RecordBlock;
 class RecordWriter;
 class StatementCache;
-class TableLayout;
+class RecordsetLayout;
 
 class QvRecordset : public qv::Dispatchable<QvRecordset> {
  public:
@@ -173,7 +173,7 @@ class QvRecordset : public qv::Dispatchable<QvRecordset> {
 
   std::shared_ptr<DbConnection> con_;
   std::string table_name_;
-  std::unique_ptr<TableLayout> layout_;
+  std::unique_ptr<RecordsetLayout> layout_;
   std::unique_ptr<StatementCache> statements_;
   std::unique_ptr<RecordWriter> writer_;
   std::unique_ptr<RecordBlock> rows_;

@@ -10,7 +10,7 @@
 #include "com/safe_array.h"
 #include "datasource/db_connection.h"
 #include "datasource/qv_recordset.h"
-#include "records/cqv_clipboard.h"
+#include "datasource/record_clipboard.h"
 #include "testing/expect_error.h"
 #include "testing/room_schema.h"
 
@@ -154,22 +154,33 @@ TEST_F(QvRecordsetParentTest, APositionOffTheBlockIsRestoredAsSuch) {
   EXPECT_EQ(level(3).getRecordCount(), 3);
 }
 
+// The application's clipboard as the record set sees it.
+class FakeClipboard : public RecordClipboard {
+ public:
+  std::shared_ptr<QvRecordset> HeldRecordset() const override { return held; }
+  void ReleaseRecordset() override {
+    held.reset();
+    ++releases;
+  }
+  std::shared_ptr<QvRecordset> held;
+  int releases = 0;
+};
+
 TEST_F(QvRecordsetParentTest,
        ClearClipboardOnlyForTheSameTableNameInTheSameCase) {
-  auto clipboard = std::make_shared<CQvClipboard>();
-  SetCurrentClipboard(clipboard);
+  auto clipboard = std::make_shared<FakeClipboard>();
+  SetCurrentRecordClipboard(clipboard);
   auto held = db_.Open("raum");
-  clipboard->set_qvrs(held);
-  clipboard->set_Cut(true);
+  clipboard->held = held;
   auto other_case = std::make_shared<QvRecordset>();
   ASSERT_TRUE(other_case->openTable(db_.con(), "Raum"));
   other_case->clearClipboard();
   db_.Open("stock")->clearClipboard();
-  EXPECT_EQ(clipboard->qvrs(), held);
+  EXPECT_EQ(clipboard->held, held);
   db_.Open("raum")->clearClipboard();
-  EXPECT_EQ(clipboard->qvrs(), nullptr);
-  EXPECT_TRUE(clipboard->Cut());
-  SetCurrentClipboard(nullptr);
+  EXPECT_EQ(clipboard->held, nullptr);
+  EXPECT_EQ(clipboard->releases, 1);
+  SetCurrentRecordClipboard(nullptr);
   held->clearClipboard();  // no clipboard: nothing to do
 }
 

@@ -9,12 +9,12 @@
 #include "com/text.h"
 #include "datasource/c_record_binding.h"
 #include "datasource/db_connection.h"
-#include "datasource/field_value.h"
+#include "datasource/internal/field_value.h"
+#include "datasource/internal/record_block.h"
+#include "datasource/internal/record_writer.h"
+#include "datasource/internal/recordset_layout.h"
 #include "datasource/qv_recordset.h"
-#include "datasource/record_block.h"
-#include "datasource/record_writer.h"
-#include "datasource/table_layout.h"
-#include "records/cqv_clipboard.h"
+#include "datasource/record_clipboard.h"
 
 namespace qv::ds {
 
@@ -140,12 +140,7 @@ bool QvRecordset::loadIterPos(const Variant& pos) {
 // Clipboard and C record structures
 // ---------------------------------------------------------------------------
 
-void QvRecordset::clearClipboard() {
-  const std::shared_ptr<CQvClipboard> clipboard = CurrentClipboard();
-  if (!clipboard) return;
-  const std::shared_ptr<QvRecordset> held = clipboard->qvrs();
-  if (held && held->getTableName() == table_name_) clipboard->set_qvrs(nullptr);
-}
+void QvRecordset::clearClipboard() { EmptyRecordClipboardOf(table_name_); }
 
 std::string QvRecordset::tableNameFromCPointer(Variant& ptr) {
   const std::shared_ptr<const CRecordLayout> layout = FindCRecord(ptr);

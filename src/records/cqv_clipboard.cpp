@@ -7,11 +7,6 @@
 #include "datasource/qv_recordset.h"
 
 namespace qv {
-namespace {
-
-thread_local std::shared_ptr<CQvClipboard> current_clipboard;
-
-}  // namespace
 
 std::shared_ptr<ds::QvRecordset> CQvClipboard::qvrs() const { return qvrs_; }
 
@@ -30,10 +25,14 @@ ClassInfo CQvClipboard::BuildClassInfo() {
 
 QV_REGISTER_CLASS(CQvClipboard);
 
-std::shared_ptr<CQvClipboard> CurrentClipboard() { return current_clipboard; }
+// The data-source slot is the one place the clipboard is kept, so the
+// clipboard that record sets empty is always the one callers see here.
+std::shared_ptr<CQvClipboard> CurrentClipboard() {
+  return std::dynamic_pointer_cast<CQvClipboard>(ds::CurrentRecordClipboard());
+}
 
 void SetCurrentClipboard(std::shared_ptr<CQvClipboard> clipboard) {
-  current_clipboard = std::move(clipboard);
+  ds::SetCurrentRecordClipboard(std::move(clipboard));
 }
 
 }  // namespace qv

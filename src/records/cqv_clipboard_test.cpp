@@ -8,6 +8,7 @@
 #include "com/error.h"
 #include "com/variant.h"
 #include "datasource/qv_recordset.h"
+#include "datasource/record_clipboard.h"
 #include "testing/expect_error.h"
 
 namespace qv {
@@ -48,10 +49,20 @@ TEST(CQvClipboardTest, AcceptsOnlyRecordSets) {
   EXPECT_EQ(clipboard->qvrs(), nullptr);
 }
 
-TEST(CQvClipboardTest, CurrentClipboardIsPerThread) {
+TEST(CQvClipboardTest, CurrentClipboardIsPerThreadAndEmptiedByItsTable) {
   const auto clipboard = NewClipboard();
   SetCurrentClipboard(clipboard);
   EXPECT_EQ(CurrentClipboard(), clipboard);
+  // Record sets reach the same clipboard through the data-source slot.
+  const auto rs = std::make_shared<ds::QvRecordset>();  // table name ""
+  clipboard->set_qvrs(rs);
+  clipboard->set_Cut(true);
+  ds::EmptyRecordClipboardOf("raum");
+  EXPECT_EQ(clipboard->qvrs(), rs);
+  ds::EmptyRecordClipboardOf("");
+  EXPECT_EQ(clipboard->qvrs(), nullptr);
+  EXPECT_TRUE(clipboard->Cut());
+
   std::shared_ptr<CQvClipboard> seen_elsewhere = clipboard;
   std::thread([&] { seen_elsewhere = CurrentClipboard(); }).join();
   EXPECT_EQ(seen_elsewhere, nullptr);

@@ -7,10 +7,13 @@ namespace qv {
 ClassInfo CQVGlobalFunctions::BuildClassInfo() {
   Builder builder("CQVGlobalFunctions");
   // Message members.
+  AddMessageMembers(builder);
 
   // Record helpers.
+  AddRecordHelpers(builder);
 
   // Display helpers.
+  AddDisplayHelpers(builder);
 
   // Room ordering.
 

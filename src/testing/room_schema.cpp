@@ -11,6 +11,7 @@
 #include "datasource/ado_types.h"
 #include "datasource/db_catalog.h"
 #include "datasource/db_connection.h"
+#include "datasource/internal/db_handle.h"
 #include "datasource/qv_recordset.h"
 
 namespace qv::testing {
@@ -60,9 +61,9 @@ class Filler {
       data.push_back("Bezeichnung");
       inserts_.push_back(
           {std::make_unique<SQLite::Statement>(
-               con.db(), InsertSql(levels[i].table, keys)),
+               DbHandle(con), InsertSql(levels[i].table, keys)),
            std::make_unique<SQLite::Statement>(
-               con.db(), InsertSql(levels[i].table + "_t", data))});
+               DbHandle(con), InsertSql(levels[i].table + "_t", data))});
     }
   }
 
