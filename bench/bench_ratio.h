@@ -22,8 +22,11 @@ class RatioReporter : public benchmark::ConsoleReporter {
   void ReportRuns(const std::vector<Run>& runs) override {
     for (const Run& run : runs) {
       if (!run.error_occurred && run.run_type == Run::RT_Iteration) {
-        cpu_[run.benchmark_name()] = run.GetAdjustedCPUTime();
-        real_[run.benchmark_name()] = run.GetAdjustedRealTime();
+        // "BM_X/iterations:N" counts as BM_X.
+        const std::string name = run.benchmark_name();
+        const std::string base = name.substr(0, name.find('/'));
+        cpu_[base] = run.GetAdjustedCPUTime();
+        real_[base] = run.GetAdjustedRealTime();
       }
     }
     ConsoleReporter::ReportRuns(runs);

@@ -17,7 +17,7 @@ trap 'rm -f "$out"' EXIT
 QV_BENCH_ITERATIONS=$iterations valgrind --tool=callgrind \
   --callgrind-out-file="$out" --toggle-collect="*$ours(*" \
   --toggle-collect="*$base(*" "$program" \
-  --benchmark_filter="^($ours|$base)\$" >/dev/null 2>&1
+  --benchmark_filter="^($ours|$base)(/|\$)" >/dev/null 2>&1
 # The inclusive instruction count of each benchmark function.
 count() {
   callgrind_annotate --inclusive=yes "$out" 2>/dev/null |

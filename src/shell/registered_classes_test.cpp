@@ -24,6 +24,9 @@ struct ClassRow {
 };
 
 const ClassRow kClasses[] = {
+    {"QvCentral10.QvProperties", "QvProperties",
+     "Property get/let; Value get/let; Language get/let; Text get; "
+     "UnitText get"},
     {"qvglobal10.CARBefDetSecParam_t_", "CARBefDetSecParam_t_",
      "RowQvDs get/let; RowTotal get/let; Bold get/let; EmptyRow get/let;"
      " WasLastRowEmpty get; IgnoreQvDsRow get/let; AddRow get/let; init "
@@ -44,9 +47,12 @@ const ClassRow kClasses[] = {
      "ARRAY_TOOLNAMES get; IsToolInArrayToolnames method; IsCMToolName "
      "method; ABKeyCodeToSendKeyStr method"},
     {"qvglobal10.CQvAREvents", "CQvAREvents",
-     "REBefPrRowDetSec method; "
-     "event BefPrRowDetSec(Object ARBefDetSecParam, Array& vChangeRowValues)"},
+     "REBefPrRowDetSec method; event BefPrRowDetSec(Object "
+     "ARBefDetSecParam, Array& vChangeRowValues)"},
     {"qvglobal10.CQvClipboard", "CQvClipboard", "qvrs get/set; Cut get/let"},
+    {"qvglobal10.CQvComEvents_t_", "CQvComEvents_t_",
+     "FireOnActiveBarClickToCM method; event "
+     "OnActiveBarClickToCM(sToolname, sSendKeyStr)"},
     {"qvglobal10.CQvConnection", "CQvConnection",
      "m_conConnection get/set; addRef method; release method; getTable "
      "method; getCTable method; Datasource get; getConnectionAge method;"
@@ -61,7 +67,38 @@ const ClassRow kClasses[] = {
      "closeQvConnection method; compactQvProjectConnection method; "
      "compactQvCatalogConnection method; clearClipboards method; "
      "getQvProjectCatalogType method; ClearAllTables method"},
-    {"qvglobal10.CQVGlobalFunctions", "CQVGlobalFunctions", ""},
+    {"qvglobal10.CQvErrList", "CQvErrList",
+     "m_colErrMsg get/set; QvTGrErr set; isEmpty get; clear method; "
+     "addError method; event QvErrHighlight(errMsg); event "
+     "QvErrSelect(errMsg)"},
+    {"qvglobal10.CQvErrMsg", "CQvErrMsg",
+     "m_eModul get/let; m_lNum get/let; m_eKind get/let; m_sMsg get/let;"
+     " m_colDbFieldList get/set; addField method; init method; clear "
+     "method; isEqual method"},
+    {"qvglobal10.CQVGlobalFunctions", "CQVGlobalFunctions",
+     "ConvertMsg method; CallHelpFile method; GetPrintUnitText method; "
+     "ReadQvRsMembers method; SetQvRsKeys method; MakeQvRsEmpty method; "
+     "ClearVarsQvRs method; CopyQvRsValues method; IsQvRsValuesEqual "
+     "method; QvRoomlistSelectedItemBackColor get; "
+     "QvRoomlistSelectedItemForeColor get; "
+     "QvRoomlistUnselectedItemBackColor get; "
+     "QvRoomlistUnselectedItemForeColor get; ActiveControlBackColor get;"
+     " InActiveControlBackColor get; ActiveTextColor get; "
+     "InActiveTextColor get; SmallScreenWidth get; SmallScreenHeight "
+     "get; IsSmallScreen method; GetQVIniFile method"},
+    {"qvglobal10.CQvGlobals", "CQvGlobals",
+     "frmMDIParentRef get/set; QvDbContainer get; QvClipboard get; "
+     "ToolTipLevel get/let; KurzBezBearbeiter get/let; LangBezBearbeiter"
+     " get/let; SetABToolEnabled method; GetABToolEnabled method; "
+     "IsFormForCurrentActiveBar method; ActivebarTrackPopup method; "
+     "GetMDIParentAB method; ModulSelected method; SetEnabledForms "
+     "method; QvIntelliSense get/let; GetQVIniFile method; GetDXIniFile "
+     "method; CurHelpFile get; GetMDIParentComAB method; GetStartApp "
+     "method; GetBearbeiterPfad method; GetQvDXImageList method; "
+     "GetQvDXPicture method; GetActiveMDIChildForm method; QvComEvents "
+     "get; QvLanguage get/let; StrToQvLanguage method; QvLanguageToStr "
+     "method; IsLanguageStrOk method; IsQvLanguageOk method; ABOnKeyDown"
+     " method; ABOnKeyUp method"},
     {"qvglobal10.CQvModulDef", "CQvModulDef",
      "m_eModul get/let; m_sDescription get/let; m_sQvSpecDesc get/let; "
      "m_sExtension get/let; m_aModuls get/let/set; m_aCatalogs "
@@ -81,6 +118,15 @@ const ClassRow kClasses[] = {
      "method; GetAllModulExtensions method; GetExtension method; "
      "GetCatalogs method; GetRLTCalcModulClass method; GetND method; "
      "ShowPicInDX method; BuildDBName method"},
+    {"qvglobal10.CQvModulProp", "CQvModulProp",
+     "frmMDIChild get/set; QvGlobals get; Modul get/let; ProjektPfad "
+     "get/let; Projektname get; Modulname get/let; FullModulPath get; "
+     "MDIChildCaption get/let; Flags get/let; QvLanguage get/let; "
+     "HelpFile get; GetActiveBar method; SetABToolEnabled method; "
+     "GetABToolEnabled method; ActivebarTrackPopup method; "
+     "ActivebarShowToolBar method; ABCopyPicture method; HtmlHelpHwnd "
+     "get; SendQvModulMsg method; SendABToolClick method; Bearbeiterpfad"
+     " get/let"},
     {"qvglobal10.CQvUsedKeys_t_", "CQvUsedKeys_t_", "add method; isIn method"},
     {"qvglobal10.QvDs", "QvDs",
      "loadFromRecordset method; setLevel method; getLevel method; sortBy"

@@ -1,4 +1,4 @@
-#include "datasource/schema_sql.h"
+#include "datasource/internal/schema_sql.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "datasource/sql_tokenizer.h"
+#include "datasource/internal/sql_tokenizer.h"
 
 #include <gtest/gtest.h>
 

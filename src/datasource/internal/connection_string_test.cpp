@@ -1,4 +1,4 @@
-#include "datasource/connection_string.h"
+#include "datasource/internal/connection_string.h"
 
 #include <gtest/gtest.h>
 
