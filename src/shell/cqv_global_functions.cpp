@@ -16,6 +16,7 @@ ClassInfo CQVGlobalFunctions::BuildClassInfo() {
   AddDisplayHelpers(builder);
 
   // Room ordering.
+  AddRoomOrdering(builder);
 
   return builder.Build();
 }

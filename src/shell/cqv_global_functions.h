@@ -23,8 +23,9 @@
 #include "com/variant.h"
 
 namespace qv::ds {
+class QvDs;
 class QvRecordset;
-}
+}  // namespace qv::ds
 
 namespace qv {
 
@@ -113,6 +114,18 @@ class CQVGlobalFunctions : public Dispatchable<CQVGlobalFunctions> {
 
   // Room ordering.
 
+  // Numbers the rows of QvDsRooms (room key in columns 0 to 3, and
+  // "OrderNum") 0, 1, 2 ... in the walking order of the four record sets'
+  // rooms and writes the changed numbers to the data set's table in one
+  // transaction; rooms that the data set does not hold get no number, rows
+  // that the walk never meets keep theirs (rooms/room_ordering.h). Errors of
+  // the record sets, the data set and the walk pass through.
+  void SortOrderNumRooms(const std::shared_ptr<ds::QvDs>& QvDsRooms,
+                         std::shared_ptr<ds::QvRecordset> QvRsGebaeude,
+                         std::shared_ptr<ds::QvRecordset> QvRsStock,
+                         std::shared_ptr<ds::QvRecordset> QvRsWohnung,
+                         std::shared_ptr<ds::QvRecordset> QvRsRaum);
+
   // End of room ordering.
 
   static ClassInfo BuildClassInfo();
@@ -123,6 +136,7 @@ class CQVGlobalFunctions : public Dispatchable<CQVGlobalFunctions> {
   static void AddMessageMembers(Builder& builder);
   static void AddRecordHelpers(Builder& builder);
   static void AddDisplayHelpers(Builder& builder);
+  static void AddRoomOrdering(Builder& builder);
 
   // Display helpers: works out the control colours on the first call.
   void SetUpColours();
