@@ -31,6 +31,9 @@ const ClassRow kClasses[] = {
      "RowQvDs get/let; RowTotal get/let; Bold get/let; EmptyRow get/let;"
      " WasLastRowEmpty get; IgnoreQvDsRow get/let; AddRow get/let; init "
      "method"},
+    {"qvglobal10.CControlIniManager", "CControlIniManager",
+     "IniFile get/let; SaveForm method; LoadForm method; SaveTreeView "
+     "method; LoadTreeView method"},
     {"qvglobal10.CPRFunc_t_", "CPRFunc_t_",
      "FileNameToModul method; FileNameToModulName method; "
      "ModulToFileName method; PathToProjName method; IsPathProjectFolder"
@@ -85,7 +88,8 @@ const ClassRow kClasses[] = {
      "QvRoomlistUnselectedItemForeColor get; ActiveControlBackColor get;"
      " InActiveControlBackColor get; ActiveTextColor get; "
      "InActiveTextColor get; SmallScreenWidth get; SmallScreenHeight "
-     "get; IsSmallScreen method; GetQVIniFile method"},
+     "get; IsSmallScreen method; GetQVIniFile method; SortOrderNumRooms "
+     "method"},
     {"qvglobal10.CQvGlobals", "CQvGlobals",
      "frmMDIParentRef get/set; QvDbContainer get; QvClipboard get; "
      "ToolTipLevel get/let; KurzBezBearbeiter get/let; LangBezBearbeiter"
@@ -99,6 +103,10 @@ const ClassRow kClasses[] = {
      "get; QvLanguage get/let; StrToQvLanguage method; QvLanguageToStr "
      "method; IsLanguageStrOk method; IsQvLanguageOk method; ABOnKeyDown"
      " method; ABOnKeyUp method"},
+    {"qvglobal10.CqvIniManager", "CqvIniManager",
+     "IniFile get/let; WriteString method; GetString method; WriteLong "
+     "method; GetLong method; DeleteSection method; DeleteKey method; "
+     "WriteBoolean method; GetBoolean method"},
     {"qvglobal10.CQvModulDef", "CQvModulDef",
      "m_eModul get/let; m_sDescription get/let; m_sQvSpecDesc get/let; "
      "m_sExtension get/let; m_aModuls get/let/set; m_aCatalogs "
@@ -128,6 +136,15 @@ const ClassRow kClasses[] = {
      "get; SendQvModulMsg method; SendABToolClick method; Bearbeiterpfad"
      " get/let"},
     {"qvglobal10.CQvUsedKeys_t_", "CQvUsedKeys_t_", "add method; isIn method"},
+    {"qvglobal10.CRoomIntervall_t_", "CRoomIntervall_t_",
+     "init method; startIntervall method; endIntervall method; "
+     "testStartEndIntervall method; firstRec method; nextRec method"},
+    {"qvglobal10.CRoomIterator_t_", "CRoomIterator_t_",
+     "init method; Gebaeude get; Stock get; Wohnung get; Raum get; "
+     "GetCurRoomKeys method; FirstRoom method; NextRoom method; "
+     "PreviousRoom method; LastRoom method; GotoRoom method; ExistRoom "
+     "method; TestExistCurRoom method; EqualRoom method; GotoRoomLast "
+     "method"},
     {"qvglobal10.QvDs", "QvDs",
      "loadFromRecordset method; setLevel method; getLevel method; sortBy"
      " method; getRowCount method; getValue method; recordForOrdinal "
