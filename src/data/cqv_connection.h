@@ -53,7 +53,10 @@ class CQvConnection : public Dispatchable<CQvConnection> {
 
   // The cached or newly opened record set of a table; null when the table
   // cannot be opened. With bWithParent a newly opened table is linked to its
-  // parent tables, which must have been opened before.
+  // parent tables, which must have been opened before. Raises
+  // QvConnectionErrorAlreadyReleased "instance already released: table 't'
+  // not available (Path: p)" once the database is closed (the container
+  // closes it when the last user has given the connection back).
   std::shared_ptr<ds::QvRecordset> getTable(const std::string& sTablename,
                                             bool bWithParent = false);
   // getTable for a caller that names the table by a pointer to its own

@@ -9,6 +9,7 @@
 #include "data/db_password.h"
 #include "datasource/db_catalog.h"
 #include "datasource/db_connection.h"
+#include "datasource/db_error.h"
 #include "datasource/db_maintenance.h"
 #include "datasource/open_files.h"
 #include "datasource/qv_recordset.h"
@@ -32,6 +33,27 @@ std::string ConnectionString(const std::string& path) {
   return ds::DbConnection::MakeConnectionString(path) + QvPasswordSetting();
 }
 
+void RequireProjectDatabase(ds::DbConnection& con, const std::string& path) {
+  // Every database of the suite carries the version table; any other SQLite
+  // file (an empty file opens as an empty database) is not ours to change.
+  bool ours = false;
+  try {
+    ours = ds::DbCatalog(con).HasTable("qvversions");
+  } catch (const Error& e) {
+    con.Close();
+    if (e.number() == ds::dberr::kBusy) throw;
+    Raise(QvDbErrorUnknownFile, "openConnection",
+          "unknown File (Path: " + path + ")\r\n" + e.description());
+  }
+  if (!ours) {
+    con.Close();
+    Raise(QvDbErrorUnknownFile, "openConnection",
+          "unknown File (Path: " + path +
+              ")\r\nnot a project database (no table 'qvversions'): '" +
+              con.Path() + "'");
+  }
+}
+
 }  // namespace
 
 CQvDbContainer::CQvDbContainer() = default;
@@ -52,16 +74,19 @@ bool CQvDbContainer::openConnection(
   try {
     conConnection->Open(ConnectionString(sProjectPath));
   } catch (const Error& e) {
+    // A file held by another process past the busy timeout exists and is
+    // fine: that error (it names the path) is passed on as it is.
+    if (e.number() == ds::dberr::kBusy) throw;
     Raise(QvDbErrorUnknownFile, "openConnection",
           "unknown File (Path: " + sProjectPath + ")\r\n" + e.description());
   }
+  RequireProjectDatabase(*conConnection, sProjectPath);
   return conConnection->State() == ds::DbConnection::kStateOpen;
 }
 
 void CQvDbContainer::closeConnection(
     std::shared_ptr<ds::DbConnection>& conConnection) {
-  if (conConnection &&
-      conConnection->State() == ds::DbConnection::kStateOpen) {
+  if (conConnection && conConnection->State() == ds::DbConnection::kStateOpen) {
     conConnection->Close();
   }
 }
@@ -108,8 +133,7 @@ void CQvDbContainer::closeQvConnection(
   }
 }
 
-void CQvDbContainer::compact(const std::string& path,
-                             const std::string& method,
+void CQvDbContainer::compact(const std::string& path, const std::string& method,
                              const Progress& progress) {
   // Resolve the file as it is written on disk (paths compare in any case).
   std::shared_ptr<ds::DbConnection> probe;
@@ -121,7 +145,8 @@ void CQvDbContainer::compact(const std::string& path,
   if (ds::OpenFiles::Count(file) > 0) {
     Raise(QvDbErrorConnectionInUse, method,
           "database in use, close its connections before compacting "
-          "(Path: " + normalisePath(path) + ")");
+          "(Path: " +
+              normalisePath(path) + ")");
   }
   ds::DbCatalog::Compact(file, file + ".qvTmp", progress);
 }

@@ -65,6 +65,15 @@ std::vector<std::string> CreateQvProject(const std::string& dir,
                                          const std::string& name,
                                          const std::vector<std::string>& moduls,
                                          QvDbCatalogType catalog) {
+  // An empty name would make a hidden folder ".qv3"; a separator or a dot
+  // name would place the project somewhere else than in `dir`.
+  if (text::Trim(name).empty()) {
+    throw Error::Object1000("Der Projektname ist leer.");
+  }
+  if (name.find_first_of("/\\") != std::string::npos || name == "." ||
+      name == "..") {
+    throw Error::Object1000("Ungültiger Projektname: '" + name + "'");
+  }
   CQvModulDefs defs;
   CPRFunc_t_ naming;
   std::set<std::string> seen;
@@ -99,7 +108,8 @@ void FillSampleRooms(CQvConnection& con, int buildings, int storeys,
                      int apartments, int rooms) {
   const int counts[] = {buildings, storeys, apartments, rooms};
   std::shared_ptr<ds::QvRecordset> rs[4];
-  for (int level = 0; level < 4; ++level) rs[level] = con.getTable(kLevels[level]);
+  for (int level = 0; level < 4; ++level)
+    rs[level] = con.getTable(kLevels[level]);
   std::vector<std::string> keys(4);
   // Depth-first: every record of a level is followed by its children.
   std::function<void(int)> fill = [&](int level) {

@@ -247,32 +247,42 @@ bool CRoomIterator_t_::WalkBackward() {
   }
 }
 
-bool CRoomIterator_t_::NextRoom(bool bReReadBlock) {
+bool CRoomIterator_t_::Step(bool forward, bool reread) {
   RequireInit();
   try {
     CallScope scope(*this);
-    if (bReReadBlock && (!ExistRoom() || !GotoRoomQvRs(key_))) return false;
+    if (reread && (!ExistRoom() || !GotoRoomQvRs(key_))) return false;
     changed_from_ = 3;
-    if (!WalkForward()) return false;
+    if (!(forward ? WalkForward() : WalkBackward())) {
+      StandOnCurrentRoom(forward);
+      return false;
+    }
     ReadCurRoomKeys(changed_from_);
     return true;
   } catch (const Error& e) {
-    Raise("CRoomIterator->NextRoom: ", e, key_);
+    Raise(forward ? "CRoomIterator->NextRoom: " : "CRoomIterator->PreviousRoom: ",
+          e, key_);
   }
 }
 
-bool CRoomIterator_t_::PreviousRoom(bool bReReadBlock) {
-  RequireInit();
-  try {
-    CallScope scope(*this);
-    if (bReReadBlock && (!ExistRoom() || !GotoRoomQvRs(key_))) return false;
-    changed_from_ = 3;
-    if (!WalkBackward()) return false;
-    ReadCurRoomKeys(changed_from_);
-    return true;
-  } catch (const Error& e) {
-    Raise("CRoomIterator->PreviousRoom: ", e, key_);
+void CRoomIterator_t_::StandOnCurrentRoom(bool forward) {
+  // The walk ran off the end: the room record set stepped past the current
+  // room, and empty apartments after it may have been selected. Put the
+  // record sets back on the room whose key the iterator keeps, so that the
+  // next move starts from there.
+  if (changed_from_ == 3) {
+    forward ? rs_[3]->moveLast() : rs_[3]->moveFirst();
+  } else if (ExistRoom()) {
+    PositionOn(key_);
   }
+}
+
+bool CRoomIterator_t_::NextRoom(bool bReReadBlock) {
+  return Step(true, bReReadBlock);
+}
+
+bool CRoomIterator_t_::PreviousRoom(bool bReReadBlock) {
+  return Step(false, bReReadBlock);
 }
 
 // ---------------------------------------------------------------------------

@@ -33,6 +33,8 @@
 //   line but the last ending in CR LF.
 // - FirstRoom and LastRoom answer True only when the iterator moved onto a
 //   room: a second FirstRoom in a row answers False.
+// - A move that runs off either end puts the record sets back on the room
+//   whose key it keeps, so that the walk can turn back from there.
 //
 // Errors: an empty key passed to a go-to raises -2147220504 "Es wurde eine
 // leerer Raumschlüssel übergeben."; a key that no longer exists raises
@@ -41,7 +43,9 @@
 // sic), GotoRoomLast and TestExistCurRoom re-raise with their prefixes as
 // above; record-set and data-set errors pass through the same way. Running
 // off either end is no error: the move answers False and keeps the last key.
-// init with a missing record set raises 91.
+// init with a missing record set raises 91. A move off the end that cannot
+// put the record sets back (the room was deleted meanwhile) raises as
+// NextRoom(True) would.
 //
 // Threads: an iterator and its record sets are used on one thread.
 #ifndef QVGLOBAL_ROOMS_CROOM_ITERATOR_H_
@@ -128,8 +132,11 @@ class CRoomIterator_t_ : public Dispatchable<CRoomIterator_t_> {
   bool Exists(int level, const RoomKey& key);
   bool GotoRoomQvRs(const RoomKey& key);
   bool Goto(const char* prefix, const RoomKey& key);
+  // NextRoom (forward) and PreviousRoom.
+  bool Step(bool forward, bool reread);
   bool WalkForward();
   bool WalkBackward();
+  void StandOnCurrentRoom(bool forward);
   bool MoveToEnd(bool last);
   bool Moved(const RoomKey& before) const;
   void RequireInit() const;

@@ -13,6 +13,7 @@
 #include "datasource/db_maintenance.h"
 #include "qv/command_registry.h"
 #include "qv/db_report.h"
+#include "qv/tool_text.h"
 
 namespace qv::tool {
 namespace {
@@ -46,9 +47,8 @@ class ProgressBar {
 void Compact(const std::string& file) {
   ProgressBar bar;
   CQvDbContainer().compactQvProjectConnection(
-      file, [&bar](uint64_t written, uint64_t total) {
-        bar.Draw(written, total);
-      });
+      file,
+      [&bar](uint64_t written, uint64_t total) { bar.Draw(written, total); });
 }
 
 // Exit status 1 when the check finds a fault.
@@ -58,7 +58,9 @@ void Check(const std::string& file) {
   container.openConnection(con, file);
   const std::vector<std::string> faults = ds::CheckDatabase(*con);
   container.closeConnection(con);
-  for (const std::string& fault : faults) std::cout << fault << '\n';
+  for (const std::string& fault : faults) {
+    std::cout << EscapeControls(fault) << '\n';
+  }
   if (!faults.empty()) {
     throw Error::Object1000(std::to_string(faults.size()) +
                             " fault(s) found in " + file);
@@ -80,8 +82,9 @@ void AddDbCommand(CLI::App& app) {
   AddFileCommand(*db, "info", "Tables, versions, keys and relations",
                  [](const std::string& f) { PrintDatabaseInfo(f, std::cout); });
   AddFileCommand(*db, "compact", "Compact the file in place", Compact);
-  AddFileCommand(*db, "clear", "Delete all records but the versions",
-                 [](const std::string& f) { CQvDbContainer().ClearAllTables(f); });
+  AddFileCommand(
+      *db, "clear", "Delete all records but the versions",
+      [](const std::string& f) { CQvDbContainer().ClearAllTables(f); });
   AddFileCommand(*db, "check", "Integrity and foreign-key check", Check);
 }
 
