@@ -17,8 +17,9 @@
 // tree node for the re-read. A public call that makes more than one read
 // makes them inside one read transaction of its own; no lock is held between
 // calls. NextRoom(True) and PreviousRoom(True) first re-position on the
-// current room: building, storey and apartment are looked up by their keys
-// in the file, and the room's block is read again (an upper level's block is
+// current room: the apartment is looked up by its keys in the file (and, when
+// it is gone, the building and the storey, to name the highest level that is
+// missing), and the room's block is read again (an upper level's block is
 // read again when it no longer holds its record, and whenever the walk
 // enters a new parent).
 //
@@ -152,6 +153,7 @@ class CRoomIterator_t_ : public Dispatchable<CRoomIterator_t_> {
   // Record sets of their own on the upper tables, for keyed existence
   // checks that leave the walked blocks as they are.
   std::array<RecordsetPtr, 3> probes_;
+  std::array<std::array<int16_t, 3>, 3> probe_fields_{};  // key positions
   // The read transaction of the public call under way, begun when the call
   // makes more than one read.
   std::optional<ds::DbConnection::ReadTransaction> read_;
