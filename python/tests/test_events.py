@@ -67,10 +67,6 @@ class ReportEventTest(unittest.TestCase):
         self.assertEqual(self.raise_row(["R1", "x"]), ["R1", "X", "added"])
         self.assertIs(self.param.AddRow, True)
 
-    def test_no_sink_leaves_everything(self):
-        self.assertEqual(self.raise_row(["R1", "x"]), ["R1", "x"])
-        self.assertIs(self.param.Bold, False)
-
     def test_unadvise_by_sink_and_by_cookie(self):
         first, second = BoldSink(), BoldSink()
         self.events.advise(first)

@@ -60,13 +60,9 @@ TEST(CARBefDetSecParamTest, InitClearsTheRequestsOfTheLastRow) {
   EXPECT_FALSE(param.WasLastRowEmpty());
 }
 
-TEST(CARBefDetSecParamTest, ReachedByName) {
+TEST(CARBefDetSecParamTest, LastRowStateIsReadOnlyByName) {
   ObjectPtr param = CreateObject("qvglobal10.CARBefDetSecParam_t_");
   param->Call("INIT", {int32_t{4}, int16_t{8}, true});
-  param->Let("bold", true);
-  param->Let("rowtotal", "12");
-  EXPECT_EQ(param->Get("Bold"), Variant(true));
-  EXPECT_EQ(param->Get("RowTotal"), Variant(int32_t{12}));
   EXPECT_EQ(param->Get("wasLastRowEmpty"), Variant(true));
   EXPECT_TRUE(
       testing::RaisesError([&] { param->Let("WasLastRowEmpty", false); }, 438,
