@@ -145,19 +145,6 @@ TEST(CQvAREventsTest, ObjectListenerGetsTheArrayByReference) {
   EXPECT_EQ(listener->CallCount("befprrowdetsec"), 1u);
 }
 
-TEST(CQvAREventsTest, RaisedByNameWritesTheArrayBack) {
-  ObjectPtr events = CreateObject("qvglobal10.CQvAREvents");
-  events->events()->Advise([](std::string_view, Args args) {
-    args[0].ToObjectAs<Param>()->SetBold(true);
-    args[1].ToArray()[0] = int32_t{99};
-  });
-  auto param = std::make_shared<Param>();
-  Variant args[] = {Variant(param), Variant(MakeStringArray({"a", "b"}))};
-  events->Invoke("rebefprrowdetsec", InvokeKind::kMethod, args);
-  EXPECT_TRUE(param->Bold());
-  EXPECT_EQ(args[1], Variant(SafeArray({int32_t{99}, "b"})));
-}
-
 TEST(CQvAREventsTest, ListenerErrorReachesTheCallerAfterEarlierChanges) {
   CQvAREvents events;
   events.events()->Advise(

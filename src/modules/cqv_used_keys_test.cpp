@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include "com/class_factory.h"
-#include "com/variant.h"
 
 namespace qv {
 namespace {
@@ -67,14 +65,6 @@ TEST(CQvUsedKeysTest, LookupsAddNothing) {
   keys.add(3, "Stock", "S2");
   EXPECT_TRUE(keys.isIn(3, "Raum", "R1"));
   EXPECT_TRUE(keys.isIn(3, "Stock", "S2"));
-}
-
-TEST(CQvUsedKeysTest, DispatchByName) {
-  ObjectPtr keys = CreateObject("qvglobal10.CQvUsedKeys_t_");
-  keys->Call("ADD", {int16_t{4}, "Raum", "R1"});
-  EXPECT_EQ(keys->Call("isin", {int32_t{4}, "RAUM", "r1"}), Variant(true));
-  EXPECT_EQ(keys->Call("IsIn", {"4", "raum", "r1"}), Variant(true));
-  EXPECT_EQ(keys->Call("isIn", {int32_t{5}, "raum", "r1"}), Variant(false));
 }
 
 }  // namespace
