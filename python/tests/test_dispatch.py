@@ -47,13 +47,6 @@ class MemberAccessTest(unittest.TestCase):
         fresh.Add("A", 1)
         self.assertTrue(fresh.Exists("a"))
 
-    def test_a_reference_keeps_the_object(self):
-        c = qvglobal.CreateObject("VBA.Collection")
-        c.Add("x")
-        self.d.Add("c", c)
-        del c
-        self.assertEqual(self.d.Item("c").Item(1), "x")
-
 
 class CollectionProtocolTest(unittest.TestCase):
     def test_collection(self):

@@ -105,9 +105,6 @@ class RoundTripTest(unittest.TestCase):
         self.assertEqual(hash(back), hash(c))
         self.assertNotEqual(back, qvglobal.CreateObject("VBA.Collection"))
 
-    def test_by_ref_passes_its_value(self):
-        self.assertEqual(store_and_read(qvglobal.ByRef(7)), 7)
-
 
 class RefusedValuesTest(unittest.TestCase):
     """What the bridge cannot pass on raises ComError with the automation
