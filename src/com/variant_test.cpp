@@ -377,14 +377,6 @@ TEST(VariantValueTest, CopyingCopiesTheArray) {
   EXPECT_EQ(assigned.ToArray().size(), 3u);
 }
 
-TEST(VariantValueTest, CopyingSharesTheObject) {
-  auto object = std::make_shared<qv::testing::CallbackObject>();
-  Variant a(object);
-  Variant b = a;
-  EXPECT_EQ(b.ToObject().get(), object.get());
-  EXPECT_EQ(object.use_count(), 3);
-}
-
 TEST(VariantValueTest, AssigningAnElementOfItsOwnArray) {
   // The element lives inside the array that the assignment replaces.
   Variant v = Array({12345, "a string long enough to live on the heap"});
