@@ -5,6 +5,8 @@
 #include <cmath>
 #include <cstdio>
 
+#include "com/error.h"
+
 namespace qv {
 namespace {
 
@@ -66,6 +68,9 @@ int64_t RoundTimeOfDay(Date d, int64_t units_per_day, double& whole) {
 }
 
 std::string FormatDate(Date d) {
+  if (!(d.serial > kFirstDaySerial - 1) || !(d.serial < kLastDaySerial + 1)) {
+    throw Error::Runtime(err::kOverflow);  // no calendar date
+  }
   double whole = 0;
   const int64_t seconds = RoundTimeOfDay(d, 86400, whole);
   int year, month, day;

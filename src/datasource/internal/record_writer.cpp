@@ -272,8 +272,9 @@ void RecordWriter::CollectDataChildren(const std::string& table,
     const bool child_del = del && fk.delete_rule == kAdRiCascade;
     const bool child_upd = upd && fk.update_rule == kAdRiCascade;
     if (!child_del && !child_upd) continue;
+    const std::string& child_name = child;  // lambdas cannot capture bindings
     if (std::any_of(seen.begin(), seen.end(), [&](const std::string& s) {
-          return EqualsNoCase(s, child);
+          return EqualsNoCase(s, child_name);
         })) {
       continue;
     }
