@@ -2,6 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include <limits>
+#include <string>
+
+#include "testing/expect_error.h"
+
 namespace qv {
 namespace {
 
@@ -44,6 +49,37 @@ TEST(VariantDateTest, TimesRoundToTheSecondWithoutLeavingYear9999) {
   double whole = 0;
   EXPECT_EQ(RoundTimeOfDay(last, 86400000, whole), 86399999);
   EXPECT_EQ(whole, kLastDaySerial);
+}
+
+// Numbers become dates only within 100-01-01 to 9999-12-31 ("1e308" was a
+// fuzzing find: it became a date that could not be printed).
+TEST(VariantDateTest, NumbersOutsideTheCalendarOverflow) {
+  struct Case {
+    Variant value;
+    bool fits;
+  };
+  const Case cases[] = {
+      {Variant("1e308"), false},
+      {Variant(1e308), false},
+      {Variant(std::string("-1e300")), false},
+      {Variant(kLastDaySerial + 1), false},
+      {Variant(kFirstDaySerial - 1), false},
+      {Variant(std::numeric_limits<double>::infinity()), false},
+      {Variant(kLastDaySerial + 0.5), true},
+      {Variant(kFirstDaySerial - 0.5), true},
+      {Variant("2958465"), true},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.value.Describe());
+    if (c.fits) {
+      EXPECT_EQ(c.value.ToDate().serial, c.value.ToDouble());
+    } else {
+      EXPECT_TRUE(testing::RaisesError([&] { c.value.ToDate(); }, 6,
+                                       "Overflow"));
+    }
+  }
+  EXPECT_TRUE(testing::RaisesError([] { FormatDate(Date{1e308}); }, 6,
+                                   "Overflow"));
 }
 
 }  // namespace
