@@ -32,7 +32,8 @@ Date MakeDate(int year, int month, int day, int hour = 0, int minute = 0,
 // time is left out at midnight and the date is
 // left out for a pure time (serial between 0 and 1), as automation prints.
 std::string FormatDate(Date d);
-// Parses "YYYY-MM-DD", "YYYY-MM-DD hh:mm[:ss]" and "YYYY-MM-DDThh:mm[:ss]".
+// Parses "YYYY-MM-DD", "YYYY-MM-DD hh:mm[:ss]", "YYYY-MM-DDThh:mm[:ss]"
+// and a pure time "hh:mm[:ss]" (a serial between 0 and 1).
 std::optional<Date> ParseDate(std::string_view text);
 
 }  // namespace qv

@@ -21,6 +21,19 @@ TEST(VariantDateTest, TimeBeforeDayZeroCountsAwayFromTheDay) {
   EXPECT_EQ(ParseDate("1899-12-29 18:00")->serial, -1.75);
 }
 
+// A pure time prints without a date and reads back ("-.5" was a fuzzing
+// find: it printed as "12:00:00", which did not read back).
+TEST(VariantDateTest, PureTimesReadBack) {
+  const Date noon_before_day_zero = Variant("-.5").ToDate();
+  EXPECT_EQ(FormatDate(noon_before_day_zero), "12:00:00");
+  EXPECT_EQ(ParseDate(FormatDate(noon_before_day_zero))->serial, 0.5);
+  EXPECT_EQ(ParseDate("18:00")->serial, 0.75);
+  for (const char* bad : {"24:00", "12:60", "-1:00", "12:00:", "12:00 x",
+                          "2024-01-01 -1:00", "2024-01-01 12"}) {
+    EXPECT_FALSE(ParseDate(bad).has_value()) << bad;
+  }
+}
+
 // Half a second before midnight rounds into the next day, except on the
 // last day an automation date holds, which keeps its last second.
 TEST(VariantDateTest, TimesRoundToTheSecondWithoutLeavingYear9999) {
