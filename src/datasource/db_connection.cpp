@@ -38,8 +38,11 @@ bool IsRegularFile(const std::string& path) {
 // Opens and prepares a SQLite handle on an existing file.
 std::unique_ptr<SQLite::Database> OpenFile(const std::string& path) {
   try {
-    auto db = std::make_unique<SQLite::Database>(path, SQLite::OPEN_READWRITE,
-                                                 DbConnection::BusyTimeoutMs());
+    // A connection is used by one thread at a time (the library keeps its
+    // objects per thread), so SQLite need not lock it on every call.
+    auto db = std::make_unique<SQLite::Database>(
+        path, SQLite::OPEN_READWRITE | SQLite::OPEN_NOMUTEX,
+        DbConnection::BusyTimeoutMs());
     // Reading the schema tells a database from any other file.
     db->exec("SELECT count(*) FROM sqlite_master");
     db->exec("PRAGMA foreign_keys=ON");

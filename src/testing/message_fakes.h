@@ -4,7 +4,7 @@
 //   qv::testing::MessageBoxRecorder boxes;     // captures every box
 //   qv::testing::HelpRecorder help;            // captures help requests
 //   qv::testing::FakeAppContext app;           // language, help file, window
-//   app.language = qv::qvlEnglish;
+//   app.state().language = qv::qvlEnglish;
 //   ... code under test ...
 //   ASSERT_EQ(boxes.shown.size(), 1u);
 //   EXPECT_EQ(boxes.shown[0].text, "...");
@@ -20,6 +20,7 @@
 #include <vector>
 
 #include "central/qv_language.h"
+#include "testing/temp_dir.h"
 
 namespace qv::testing {
 
@@ -48,6 +49,7 @@ class HelpRecorder {
     std::string file;
     int32_t context_id;
     int64_t window;
+    bool operator==(const Request&) const = default;
   };
 
   HelpRecorder();
@@ -76,6 +78,18 @@ class FakeAppContext {
 
  private:
   std::shared_ptr<State> state_;
+};
+
+// An application whose help file `file` exists and whose main window has the
+// handle `window`, with boxes and help requests captured.
+struct HelpFileScene {
+  explicit HelpFileScene(int32_t window);
+
+  TempDir dir;
+  std::string file;
+  FakeAppContext app;
+  MessageBoxRecorder boxes;
+  HelpRecorder help;
 };
 
 }  // namespace qv::testing

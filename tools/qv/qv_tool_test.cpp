@@ -165,6 +165,11 @@ TEST(QvToolTest, DemoRemovesItsTemporaryFolder) {
   EXPECT_NE(
       run.out.find("Ctrl+F1 is recorded as 39, which reads back as \"^{F2}\""),
       std::string::npos);
+  EXPECT_NE(run.out.find("  its global object shares the container: yes\n"
+                         "  copied 48 rooms of table \"raum\" to the "
+                         "clipboard\n  closing the project connection "
+                         "empties the clipboard: yes\n"),
+            std::string::npos);
   EXPECT_EQ(run.out.substr(run.out.size() - 7), "\nDone.\n");
   EXPECT_TRUE(fs::is_empty(tmp.path()));
 }
