@@ -1,4 +1,5 @@
 #include "datasource/qv_ds.h"
+#include "data/cqv_connection.h"
 
 #include <algorithm>
 #include <numeric>
