@@ -1,5 +1,4 @@
 #include "datasource/qv_ds.h"
-#include "data/cqv_connection.h"
 
 #include <algorithm>
 #include <numeric>
