@@ -11,6 +11,8 @@
 // The file is looked for at the path in the environment variable
 // QV_ENVIROMENT_ASC, else as qv-software/enviroment.asc in the common
 // application-data folder.
+// Threads: an object is used by one thread at a time; different objects may be
+// used on different threads at once. It takes no locks.
 #ifndef QVGLOBAL_CENTRAL_QV_PATH_H_
 #define QVGLOBAL_CENTRAL_QV_PATH_H_
 

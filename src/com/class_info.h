@@ -4,6 +4,8 @@
 // through it; names compare without regard to letter case and the member id
 // is the 1-based position in interface order. A ClassInfo is built once per
 // class (see dispatch.h) and lives for the whole process.
+// Threads: a ClassInfo is built once (thread-safe static initialisation) and
+// never changed afterwards, so any number of threads may read it.
 #ifndef QVGLOBAL_COM_CLASS_INFO_H_
 #define QVGLOBAL_COM_CLASS_INFO_H_
 

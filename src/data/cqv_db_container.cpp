@@ -6,7 +6,7 @@
 #include "com/error.h"
 #include "com/text.h"
 #include "data/cqv_connection.h"
-#include "data/db_password.h"
+#include "data/internal/db_password.h"
 #include "datasource/db_catalog.h"
 #include "datasource/db_connection.h"
 #include "datasource/db_maintenance.h"
@@ -60,8 +60,7 @@ bool CQvDbContainer::openConnection(
 
 void CQvDbContainer::closeConnection(
     std::shared_ptr<ds::DbConnection>& conConnection) {
-  if (conConnection &&
-      conConnection->State() == ds::DbConnection::kStateOpen) {
+  if (conConnection && conConnection->State() == ds::DbConnection::kStateOpen) {
     conConnection->Close();
   }
 }
@@ -108,8 +107,7 @@ void CQvDbContainer::closeQvConnection(
   }
 }
 
-void CQvDbContainer::compact(const std::string& path,
-                             const std::string& method,
+void CQvDbContainer::compact(const std::string& path, const std::string& method,
                              const Progress& progress) {
   // Resolve the file as it is written on disk (paths compare in any case).
   std::shared_ptr<ds::DbConnection> probe;
@@ -121,7 +119,8 @@ void CQvDbContainer::compact(const std::string& path,
   if (ds::OpenFiles::Count(file) > 0) {
     Raise(QvDbErrorConnectionInUse, method,
           "database in use, close its connections before compacting "
-          "(Path: " + normalisePath(path) + ")");
+          "(Path: " +
+              normalisePath(path) + ")");
   }
   ds::DbCatalog::Compact(file, file + ".qvTmp", progress);
 }

@@ -46,9 +46,8 @@ class ProgressBar {
 void Compact(const std::string& file) {
   ProgressBar bar;
   CQvDbContainer().compactQvProjectConnection(
-      file, [&bar](uint64_t written, uint64_t total) {
-        bar.Draw(written, total);
-      });
+      file,
+      [&bar](uint64_t written, uint64_t total) { bar.Draw(written, total); });
 }
 
 // Exit status 1 when the check finds a fault.
@@ -80,8 +79,9 @@ void AddDbCommand(CLI::App& app) {
   AddFileCommand(*db, "info", "Tables, versions, keys and relations",
                  [](const std::string& f) { PrintDatabaseInfo(f, std::cout); });
   AddFileCommand(*db, "compact", "Compact the file in place", Compact);
-  AddFileCommand(*db, "clear", "Delete all records but the versions",
-                 [](const std::string& f) { CQvDbContainer().ClearAllTables(f); });
+  AddFileCommand(
+      *db, "clear", "Delete all records but the versions",
+      [](const std::string& f) { CQvDbContainer().ClearAllTables(f); });
   AddFileCommand(*db, "check", "Integrity and foreign-key check", Check);
 }
 

@@ -24,8 +24,7 @@ std::string Join(const std::vector<std::string>& items) {
 const char* Rule(int32_t rule) { return rule == 1 ? "cascade" : "no action"; }
 
 void PrintRelations(ds::DbCatalog& catalog,
-                    const std::vector<std::string>& tables,
-                    std::ostream& out) {
+                    const std::vector<std::string>& tables, std::ostream& out) {
   out << "Relations:\n";
   bool any = false;
   for (const std::string& table : tables) {
@@ -69,8 +68,7 @@ void PrintDatabaseInfo(const std::string& file, std::ostream& out) {
       continue;
     }
     out << fmt::format("  {:<16} version {:<4} keys {}\n", t,
-                       con->getTableVersion(t),
-                       Join(catalog.PrimaryKey(t)));
+                       con->getTableVersion(t), Join(catalog.PrimaryKey(t)));
   }
   out << "Other tables: " << (others.empty() ? "none" : Join(others)) << '\n';
   PrintRelations(catalog, tables, out);

@@ -89,8 +89,8 @@ TEST_F(QvDbToolTest, CheckClearAndCompact) {
 TEST_F(QvDbToolTest, MissingFileFailsWithTheContainersText) {
   const ToolRun run = RunQv("db info '" + dir_.path() + "/none.qv3'");
   EXPECT_EQ(run.status, 1);
-  EXPECT_EQ(run.err.rfind("CQvDBContainer: unknown File (Path: " +
-                              dir_.path() + "/none.qv3)\r\n",
+  EXPECT_EQ(run.err.rfind("CQvDBContainer: unknown File (Path: " + dir_.path() +
+                              "/none.qv3)\r\n",
                           0),
             0u)
       << run.err;

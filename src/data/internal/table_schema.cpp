@@ -1,10 +1,10 @@
-#include "data/table_schema.h"
+#include "data/internal/table_schema.h"
 
 #include <string>
 #include <utility>
 
 #include "com/text.h"
-#include "data/column_descriptor.h"
+#include "data/internal/column_descriptor.h"
 #include "data/qv_connection_error.h"
 #include "datasource/db_connection.h"
 #include "datasource/db_maintenance.h"
