@@ -41,26 +41,43 @@ class RatioReporter : public benchmark::ConsoleReporter {
   std::map<std::string, double> cpu_, real_;
 };
 
-// Runs the benchmarks and prints "<label> ratio: X.XX (target <= T)", the
-// label naming both sides ("readBlock/raw"). Both benchmarks must use the
-// same time unit.
-inline int RunWithRatio(int argc, char** argv, const std::string& ours,
-                        const std::string& raw, const char* label,
-                        double target) {
+// One ratio to print: the library's benchmark, the raw one, a label naming
+// both sides ("readBlock/raw") and the target.
+struct Ratio {
+  std::string ours;
+  std::string raw;
+  std::string label;
+  double target;
+};
+
+// Runs the benchmarks and prints "<label> ratio: X.XX (target <= T)" for
+// each ratio. Both benchmarks of a ratio must use the same time unit.
+inline int RunWithRatios(int argc, char** argv,
+                         const std::vector<Ratio>& ratios) {
   benchmark::Initialize(&argc, argv);
   if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
   RatioReporter reporter;
   benchmark::RunSpecifiedBenchmarks(&reporter);
   benchmark::Shutdown();
-  const double a = reporter.Cpu(ours), b = reporter.Cpu(raw);
-  if (a <= 0 || b <= 0) {
-    std::printf("%s ratio: not measured (both benchmarks must run)\n", label);
-    return 0;
+  for (const Ratio& r : ratios) {
+    const double a = reporter.Cpu(r.ours), b = reporter.Cpu(r.raw);
+    if (a <= 0 || b <= 0) {
+      std::printf("%s ratio: not measured (both benchmarks must run)\n",
+                  r.label.c_str());
+      continue;
+    }
+    std::printf("%s ratio: %.2f (target <= %g)\n", r.label.c_str(), a / b,
+                r.target);
+    std::printf("  (CPU time; wall-clock ratio %.2f)\n",
+                reporter.Real(r.ours) / reporter.Real(r.raw));
   }
-  std::printf("%s ratio: %.2f (target <= %g)\n", label, a / b, target);
-  std::printf("  (CPU time; wall-clock ratio %.2f)\n",
-              reporter.Real(ours) / reporter.Real(raw));
   return 0;
+}
+
+inline int RunWithRatio(int argc, char** argv, const std::string& ours,
+                        const std::string& raw, const char* label,
+                        double target) {
+  return RunWithRatios(argc, argv, {{ours, raw, label, target}});
 }
 
 }  // namespace qv::bench

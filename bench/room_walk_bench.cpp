@@ -1,12 +1,21 @@
-// A full walk of the room hierarchy, 100 buildings x 10 storeys x 10
-// apartments x 10 rooms (100,000 rooms), in "OrderNum" order: through four
-// linked record sets (moving a parent narrows its child, which is read at
-// its next use), against the same walk through SQLite's C API with one
-// prepared query per parent. Both sides read all fields of every record of
-// every level and keep them (variants; plain values in structs), and read
-// the room key of every room.
+// Walks of the room hierarchy, 100 buildings x 10 storeys x 10 apartments x
+// 10 rooms (100,000 rooms, text keys, "OrderNum" running against the key
+// order), through the library, against three floors measured with SQLite's
+// C API on the same file in the same order, one prepared statement per level
+// (SELECT <keys> FROM <level>_t WHERE <parent keys> = ? ORDER BY "OrderNum"):
 //
-// The database is built once in /tmp/qvglobal_bench and reused.
+// - floor A: nested block reads inside one read transaction;
+// - floor B: the same blocks, each read whole and its statement reset before
+//   descending, so that the file's shared lock is taken per block;
+// - floor C: four keyed lookups (one per level) per room, in one read
+//   transaction per room.
+//
+// A walk paced by the caller (FirstRoom, then NextRoom) holds no lock
+// between calls: its floor is B. NextRoom(True) re-positions at every room:
+// floor C. SortOrderNumRooms walks inside one call: floor A.
+//
+// The database is built once in /tmp/qvglobal_bench and reused; it carries
+// the order index that the library's table creation adds.
 #include <benchmark/benchmark.h>
 #include <sqlite3.h>
 
@@ -17,21 +26,23 @@
 #include <vector>
 
 #include "bench_ratio.h"
+#include "datasource/db_catalog.h"
 #include "datasource/db_connection.h"
+#include "datasource/qv_ds.h"
 #include "datasource/qv_recordset.h"
+#include "rooms/croom_iterator.h"
+#include "rooms/room_ordering.h"
 #include "testing/room_schema.h"
-#include "testing/temp_dir.h"
-// The bench targets compile one source each: the shared fixture that builds
-// the room tables is compiled in here.
 
 namespace {
 
-using qv::Variant;
 using qv::ds::DbConnection;
 using qv::ds::QvRecordset;
+using Key = std::array<std::string, 4>;
 
 constexpr int kRooms = 100 * 10 * 10 * 10;
 constexpr char kDir[] = "/tmp/qvglobal_bench";
+const char* const kNames[] = {"Gebaeude", "Stock", "Wohnung", "Raum"};
 
 int Count(sqlite3* db, const char* sql) {
   sqlite3_stmt* st = nullptr;
@@ -56,93 +67,73 @@ const std::string& Database() {
                  Count(db, "SELECT COUNT(*) FROM Raum") == kRooms;
     }
     sqlite3_close(db);
+    DbConnection con;
     if (!complete) {
       std::filesystem::create_directories(kDir);
       std::filesystem::remove(p);
-      DbConnection con;
       qv::testing::CreateRoomDatabase(con, p, {100, 10, 10, 10});
+    } else {
+      con.Open(DbConnection::MakeConnectionString(p));
+    }
+    qv::ds::DbCatalog catalog(con);
+    std::vector<std::string> keys;
+    for (const char* level : kNames) {
+      keys.emplace_back(level);
+      catalog.CreateOrderIndex(std::string(level) + "_t", keys);
     }
     return p;
   }();
   return path;
 }
 
-void BM_RecordsetWalk(benchmark::State& state) {
-  auto con = std::make_shared<DbConnection>();
-  con->Open(DbConnection::MakeConnectionString(Database()));
-  std::vector<std::shared_ptr<QvRecordset>> levels;
-  for (const char* table : {"gebaeude", "stock", "wohnung", "raum"}) {
-    levels.push_back(std::make_shared<QvRecordset>());
-    if (!levels.back()->openTable(con, table)) {
-      state.SkipWithError("cannot open the room tables");
-      return;
-    }
-    if (levels.size() > 1) levels[levels.size() - 2]->addChild(levels.back());
-  }
-  QvRecordset &g = *levels[0], &s = *levels[1], &w = *levels[2],
-              &r = *levels[3];
-  int64_t rooms = 0;
-  size_t checksum = 0;
-  for (auto _ : state) {
-    for (g.moveFirst(); !g.isEOF(); g.moveNext()) {
-      for (s.moveFirst(); !s.isEOF(); s.moveNext()) {
-        for (w.moveFirst(); !w.isEOF(); w.moveNext()) {
-          for (r.moveFirst(); !r.isEOF(); r.moveNext()) {
-            const Variant key = r.getValue("Raum");
-            checksum += key.AsString()->size();
-            ++rooms;
-          }
-        }
-      }
-    }
-  }
-  state.counters["rooms/walk"] =
-      static_cast<double>(rooms) / static_cast<double>(state.iterations());
-  benchmark::DoNotOptimize(checksum);
+// ---------------------------------------------------------------------------
+// Floors
+// ---------------------------------------------------------------------------
+
+sqlite3* OpenRaw() {
+  sqlite3* db = nullptr;
+  sqlite3_open_v2(Database().c_str(), &db, SQLITE_OPEN_READONLY, nullptr);
+  return db;
 }
-BENCHMARK(BM_RecordsetWalk)->Unit(benchmark::kMillisecond);
 
-// One record of a level, as plain values.
-struct Record {
-  std::array<std::string, 4> keys;
-  int order_num = 0;
-  std::string label;
-};
+void Exec(sqlite3* db, const char* sql) {
+  sqlite3_exec(db, sql, nullptr, nullptr, nullptr);
+}
 
+std::string Text(sqlite3_stmt* st, int col) {
+  return std::string(reinterpret_cast<const char*>(sqlite3_column_text(st, col)),
+                     static_cast<size_t>(sqlite3_column_bytes(st, col)));
+}
+
+// One level's statement: with `keyed` the record with all keys given,
+// otherwise the records under the parent keys in "OrderNum" order.
 class RawLevel {
  public:
-  RawLevel(sqlite3* db, int level) : level_(level) {
-    static const char* const kNames[] = {"Gebaeude", "Stock", "Wohnung",
-                                         "Raum"};
-    std::string columns, where, order = "\"OrderNum\"";
-    for (int k = 0; k <= level; ++k) {
-      columns += std::string("\"") + kNames[k] + "\", ";
-      order += std::string(", \"") + kNames[k] + "\"";
-      if (k < level) {
-        where += (k == 0 ? " WHERE \"" : " AND \"") + std::string(kNames[k]) +
-                 "\" = ?" + std::to_string(k + 1);
-      }
+  RawLevel(sqlite3* db, int level, bool keyed) : level_(level) {
+    std::string columns, where;
+    const int conditions = keyed ? level + 1 : level;
+    for (int k = 0; k <= level; ++k)
+      columns += std::string(k > 0 ? ", \"" : "\"") + kNames[k] + "\"";
+    for (int k = 0; k < conditions; ++k) {
+      where += (k == 0 ? " WHERE \"" : " AND \"") + std::string(kNames[k]) +
+               "\" = ?" + std::to_string(k + 1);
     }
-    const std::string sql =
-        "SELECT " + columns + "\"OrderNum\", \"Bezeichnung\" FROM \"" +
-        kNames[level] + "_t\"" + where + " ORDER BY " + order;
+    const std::string sql = "SELECT " + columns + " FROM \"" + kNames[level] +
+                            "_t\"" + where + " ORDER BY \"OrderNum\"";
     sqlite3_prepare_v2(db, sql.c_str(), -1, &st_, nullptr);
   }
   ~RawLevel() { sqlite3_finalize(st_); }
 
-  // The records under `parent` (all for the top level), in block order.
-  const std::vector<Record>& Read(const Record* parent) {
-    for (int k = 0; k < level_; ++k) {
-      const std::string& key = parent->keys[k];
-      sqlite3_bind_text(st_, k + 1, key.data(), static_cast<int>(key.size()),
-                        SQLITE_STATIC);
+  // The keys of the records selected by the first `n` keys of `key`.
+  const std::vector<Key>& Read(const Key& key, int n) {
+    for (int k = 0; k < n; ++k) {
+      sqlite3_bind_text(st_, k + 1, key[k].data(),
+                        static_cast<int>(key[k].size()), SQLITE_STATIC);
     }
     records_.clear();
     while (sqlite3_step(st_) == SQLITE_ROW) {
-      Record rec;
-      for (int k = 0; k <= level_; ++k) rec.keys[k] = Text(k);
-      rec.order_num = sqlite3_column_int(st_, level_ + 1);
-      rec.label = Text(level_ + 2);
+      Key rec;
+      for (int k = 0; k <= level_; ++k) rec[k] = Text(st_, k);
       records_.push_back(std::move(rec));
     }
     sqlite3_reset(st_);
@@ -150,48 +141,178 @@ class RawLevel {
   }
 
  private:
-  std::string Text(int col) {
-    return std::string(
-        reinterpret_cast<const char*>(sqlite3_column_text(st_, col)),
-        static_cast<size_t>(sqlite3_column_bytes(st_, col)));
-  }
-
   int level_;
   sqlite3_stmt* st_ = nullptr;
-  std::vector<Record> records_;
+  std::vector<Key> records_;
 };
 
-void BM_RawWalk(benchmark::State& state) {
-  sqlite3* db = nullptr;
-  sqlite3_open_v2(Database().c_str(), &db, SQLITE_OPEN_READONLY, nullptr);
-  {
-    RawLevel g(db, 0), s(db, 1), w(db, 2), r(db, 3);
-    int64_t rooms = 0;
-    size_t checksum = 0;
-    for (auto _ : state) {
-      for (const Record& building : g.Read(nullptr)) {
-        for (const Record& storey : s.Read(&building)) {
-          for (const Record& apartment : w.Read(&storey)) {
-            for (const Record& room : r.Read(&apartment)) {
-              checksum += room.keys[3].size();
-              ++rooms;
-            }
-          }
+// Floors A and B: every room in walking order, each block copied out.
+int64_t NestedWalk(sqlite3* db, std::vector<Key>* rooms = nullptr) {
+  RawLevel g(db, 0, false), s(db, 1, false), w(db, 2, false), r(db, 3, false);
+  int64_t count = 0;
+  const std::vector<Key> buildings = g.Read(Key(), 0);
+  for (const Key& building : buildings) {
+    const std::vector<Key> storeys = s.Read(building, 1);
+    for (const Key& storey : storeys) {
+      const std::vector<Key> apartments = w.Read(storey, 2);
+      for (const Key& apartment : apartments) {
+        for (const Key& room : r.Read(apartment, 3)) {
+          if (rooms) rooms->push_back(room);
+          ++count;
         }
       }
     }
-    state.counters["rooms/walk"] =
-        static_cast<double>(rooms) / static_cast<double>(state.iterations());
-    benchmark::DoNotOptimize(checksum);
+  }
+  return count;
+}
+
+void BM_FloorA(benchmark::State& state) {
+  sqlite3* db = OpenRaw();
+  int64_t rooms = 0;
+  for (auto _ : state) {
+    Exec(db, "BEGIN");
+    rooms = NestedWalk(db);
+    Exec(db, "COMMIT");
+  }
+  state.counters["rooms"] = static_cast<double>(rooms);
+  sqlite3_close(db);
+}
+BENCHMARK(BM_FloorA)->Unit(benchmark::kMillisecond);
+
+void BM_FloorB(benchmark::State& state) {
+  sqlite3* db = OpenRaw();
+  int64_t rooms = 0;
+  for (auto _ : state) rooms = NestedWalk(db);
+  state.counters["rooms"] = static_cast<double>(rooms);
+  sqlite3_close(db);
+}
+BENCHMARK(BM_FloorB)->Unit(benchmark::kMillisecond);
+
+void BM_FloorC(benchmark::State& state) {
+  sqlite3* db = OpenRaw();
+  std::vector<Key> rooms;
+  NestedWalk(db, &rooms);
+  {
+    std::array<std::unique_ptr<RawLevel>, 4> levels;
+    for (int l = 0; l < 4; ++l)
+      levels[l] = std::make_unique<RawLevel>(db, l, true);
+    size_t found = 0;
+    for (auto _ : state) {
+      found = 0;
+      for (const Key& room : rooms) {
+        Exec(db, "BEGIN");
+        for (int l = 0; l < 4; ++l) found += levels[l]->Read(room, l + 1).size();
+        Exec(db, "COMMIT");
+      }
+    }
+    state.counters["rooms"] = static_cast<double>(found / 4);
   }
   sqlite3_close(db);
 }
-BENCHMARK(BM_RawWalk)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_FloorC)->Unit(benchmark::kMillisecond);
+
+// ---------------------------------------------------------------------------
+// The library
+// ---------------------------------------------------------------------------
+
+struct Tables {
+  explicit Tables(const std::string& path)
+      : con(std::make_shared<DbConnection>()) {
+    con->Open(DbConnection::MakeConnectionString(path));
+    for (const char* table : kNames) {
+      levels.push_back(std::make_shared<QvRecordset>());
+      levels.back()->openTable(con, table);
+    }
+  }
+  std::shared_ptr<qv::CRoomIterator_t_> Iterator() const {
+    auto it = std::make_shared<qv::CRoomIterator_t_>();
+    it->init(levels[0], levels[1], levels[2], levels[3]);
+    return it;
+  }
+  std::shared_ptr<DbConnection> con;
+  std::vector<std::shared_ptr<QvRecordset>> levels;
+};
+
+void BM_IteratorWalk(benchmark::State& state, bool reread) {
+  Tables tables(Database());
+  auto it = tables.Iterator();
+  int64_t rooms = 0;
+  size_t checksum = 0;
+  for (auto _ : state) {
+    rooms = 0;
+    for (bool ok = it->FirstRoom(); ok; ok = it->NextRoom(reread)) {
+      checksum += it->Raum().size();
+      ++rooms;
+    }
+  }
+  state.counters["rooms"] = static_cast<double>(rooms);
+  benchmark::DoNotOptimize(checksum);
+}
+BENCHMARK_CAPTURE(BM_IteratorWalk, NextRoom, false)
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(BM_IteratorWalk, NextRoomReRead, true)
+    ->Unit(benchmark::kMillisecond);
+
+// The record sets walked directly, parent to child, for comparison.
+void BM_RecordsetWalk(benchmark::State& state) {
+  Tables tables(Database());
+  QvRecordset &g = *tables.levels[0], &s = *tables.levels[1],
+              &w = *tables.levels[2], &r = *tables.levels[3];
+  g.addChild(tables.levels[1]);
+  s.addChild(tables.levels[2]);
+  w.addChild(tables.levels[3]);
+  int64_t rooms = 0;
+  for (auto _ : state) {
+    rooms = 0;
+    for (g.moveFirst(); !g.isEOF(); g.moveNext())
+      for (s.moveFirst(); !s.isEOF(); s.moveNext())
+        for (w.moveFirst(); !w.isEOF(); w.moveNext())
+          for (r.moveFirst(); !r.isEOF(); r.moveNext()) ++rooms;
+  }
+  state.counters["rooms"] = static_cast<double>(rooms);
+}
+BENCHMARK(BM_RecordsetWalk)->Unit(benchmark::kMillisecond);
+
+// Every iteration numbers a fresh copy of the file, whose rooms all change
+// their number, so the timed call writes 100,000 rows.
+void BM_SortOrderNumRooms(benchmark::State& state) {
+  const std::string copy = std::string(kDir) + "/room_walk_renumber.qv3";
+  int32_t numbered = 0;
+  for (auto _ : state) {
+    state.PauseTiming();
+    std::filesystem::copy_file(Database(), copy,
+                               std::filesystem::copy_options::overwrite_existing);
+    {
+      Tables tables(copy);
+      auto all = std::make_shared<QvRecordset>();
+      all->openTable(tables.con, "Raum");
+      qv::ds::QvDs rooms;
+      rooms.loadFromRecordset(
+          all, {"Gebaeude", "Stock", "Wohnung", "Raum", "OrderNum"});
+      state.ResumeTiming();
+      numbered = qv::NumberRoomsInWalkingOrder(rooms, tables.levels[0],
+                                               tables.levels[1],
+                                               tables.levels[2],
+                                               tables.levels[3]);
+      state.PauseTiming();
+    }
+    state.ResumeTiming();
+  }
+  std::filesystem::remove(copy);
+  state.counters["rooms"] = numbered;
+}
+BENCHMARK(BM_SortOrderNumRooms)->Unit(benchmark::kMillisecond)->Iterations(3);
 
 }  // namespace
 
 int main(int argc, char** argv) {
   Database();  // built before any timing
-  return qv::bench::RunWithRatio(argc, argv, "BM_RecordsetWalk", "BM_RawWalk",
-                                 "room walk/raw", 3);
+  return qv::bench::RunWithRatios(
+      argc, argv,
+      {{"BM_IteratorWalk/NextRoom", "BM_FloorB", "iterator walk/floor B", 1.5},
+       {"BM_IteratorWalk/NextRoomReRead", "BM_FloorC",
+        "NextRoom(True) walk/floor C", 2},
+       {"BM_SortOrderNumRooms/iterations:3", "BM_FloorA",
+        "SortOrderNumRooms/floor A", 3},
+       {"BM_RecordsetWalk", "BM_FloorB", "record-set walk/floor B", 1.5}});
 }

@@ -8,6 +8,7 @@
 #include "py_dispatch.h"
 #include "py_errors.h"
 #include "py_host_object.h"
+#include "py_services.h"
 #include "py_value_types.h"
 
 PYBIND11_MODULE(qvglobal, m) {
@@ -19,4 +20,5 @@ PYBIND11_MODULE(qvglobal, m) {
   qvpy::BindErrors(m);
   qvpy::BindValueTypes(m);
   qvpy::BindDispatch(m);
+  qvpy::BindServices(m);
 }

@@ -12,6 +12,12 @@ namespace qv::central {
 namespace {
 
 constexpr char kCatalogKey[] = "CatalogPath";
+constexpr char kBaseKey[] = "BasePath";
+
+std::string SuiteFolder() {
+  return platform::FileSystem::BuildPath(platform::CommonAppDataFolder(),
+                                         "qv-software");
+}
 
 }  // namespace
 
@@ -24,15 +30,21 @@ QvPath::QvPath(const std::string& enviroment_asc) : file_(enviroment_asc) {
 std::string QvPath::DefaultFile() {
   const char* named = std::getenv("QV_ENVIROMENT_ASC");
   if (named != nullptr && *named != '\0') return named;
-  return platform::FileSystem::BuildPath(
-      platform::FileSystem::BuildPath(platform::CommonAppDataFolder(),
-                                      "qv-software"),
-      "enviroment.asc");
+  return platform::FileSystem::BuildPath(SuiteFolder(), "enviroment.asc");
 }
 
 void QvPath::Load() {
+  ReadSettings();
+  if (base_path_.empty()) base_path_ = SuiteFolder();
+  if (catalog_path_.empty()) return;  // kEnviromentAscNotValid
+  state_ = platform::FileSystem::Current()->FolderExists(catalog_path_)
+               ? kValid
+               : kPathNotValid;
+}
+
+void QvPath::ReadSettings() {
   std::ifstream in(file_, std::ios::binary);
-  if (!in) return;  // kEnviromentAscNotValid
+  if (!in) return;
   std::stringstream raw;
   raw << in.rdbuf();
   std::istringstream lines(text::DecodeFileText(raw.str()));
@@ -43,14 +55,13 @@ void QvPath::Load() {
     if (trimmed.empty() || trimmed[0] == ';' || trimmed[0] == '#') continue;
     const size_t eq = trimmed.find('=');
     if (eq == std::string::npos) continue;
-    if (text::EqualsText(text::Trim(trimmed.substr(0, eq)), kCatalogKey)) {
+    const std::string key = text::Trim(trimmed.substr(0, eq));
+    if (text::EqualsText(key, kCatalogKey)) {
       catalog_path_ = text::Trim(trimmed.substr(eq + 1));
+    } else if (text::EqualsText(key, kBaseKey)) {
+      base_path_ = text::Trim(trimmed.substr(eq + 1));
     }
   }
-  if (catalog_path_.empty()) return;
-  state_ = platform::FileSystem::Current()->FolderExists(catalog_path_)
-               ? kValid
-               : kPathNotValid;
 }
 
 }  // namespace qv::central

@@ -1,18 +1,21 @@
 // QvPath is the path service of the suite's central library: it reads the
 // suite-wide settings file 'enviroment.asc' and tells where the global
-// catalogue folder is and whether that information is usable.
+// catalogue folder is and whether that information is usable, and which
+// folder is the suite's base folder (under which the editors' folders lie).
 //
 // The file is plain text, one "key = value" per line; blank lines and lines
 // starting with ';' or '#' are ignored, keys compare without regard to
 // letter case and blanks around keys and values are dropped. The key
-// "CatalogPath" names the catalogue folder. Text that is not valid UTF-8 is
+// "CatalogPath" names the catalogue folder, the key "BasePath" the base
+// folder; without "BasePath" the base folder is the "qv-software" folder of
+// the common application-data folder. Text that is not valid UTF-8 is
 // read as Windows-1252.
 //
 // The file is looked for at the path in the environment variable
 // QV_ENVIROMENT_ASC, else as qv-software/enviroment.asc in the common
-// application-data folder.
-// Threads: an object is used by one thread at a time; different objects may be
-// used on different threads at once. It takes no locks.
+// application-data folder. The file is read once, when the object is made.
+//
+// Threads: an object is immutable after construction and may be shared.
 #ifndef QVGLOBAL_CENTRAL_QV_PATH_H_
 #define QVGLOBAL_CENTRAL_QV_PATH_H_
 
@@ -39,13 +42,17 @@ class QvPath {
 
   int32_t GetState() const { return state_; }
   const std::string& GetCatalogPath() const { return catalog_path_; }
+  // The suite's base folder (see above); neither tested nor created.
+  const std::string& GetBasePath() const { return base_path_; }
   const std::string& file() const { return file_; }
 
  private:
   void Load();
+  void ReadSettings();
 
   std::string file_;
   std::string catalog_path_;
+  std::string base_path_;
   int32_t state_ = kEnviromentAscNotValid;
 };
 

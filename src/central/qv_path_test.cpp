@@ -5,6 +5,7 @@
 
 #include <filesystem>
 #include <fstream>
+#include <utility>
 
 namespace qv::central {
 namespace {
@@ -55,8 +56,7 @@ TEST_F(QvPathTest, Windows1252TextIsDecoded) {
   QvPath path(Write("CatalogPath = " + dir_.string() +
                     "/Kataloge M\xFCller\n"));  // ü in Windows-1252
   EXPECT_EQ(path.GetState(), QvPath::kValid);
-  EXPECT_EQ(path.GetCatalogPath(),
-            dir_.string() + "/Kataloge M\xC3\xBCller");
+  EXPECT_EQ(path.GetCatalogPath(), dir_.string() + "/Kataloge M\xC3\xBCller");
 }
 
 TEST_F(QvPathTest, FileIsFoundThroughEnvironmentThenCommonAppData) {
@@ -70,6 +70,26 @@ TEST_F(QvPathTest, FileIsFoundThroughEnvironmentThenCommonAppData) {
   std::ofstream(dir_ / "qv-software" / "enviroment.asc")
       << "CatalogPath=" << (dir_ / "Katalog").string() << "\n";
   EXPECT_EQ(QvPath().GetState(), QvPath::kValid);
+  ::unsetenv("QV_COMMON_APPDATA");
+}
+
+TEST_F(QvPathTest, BasePathFromTheFileElseTheSuiteFolder) {
+  ::setenv("QV_COMMON_APPDATA", dir_.c_str(), 1);
+  const std::string suite = (dir_ / "qv-software").string();
+  // {file content, base folder}; the base folder need not exist and does
+  // not make the file valid or invalid.
+  const std::pair<std::string, std::string> rows[] = {
+      {"BasePath = /srv/qv base \n", "/srv/qv base"},
+      {"basepath=/a\nBasePath = /b\n", "/b"},
+      {"CatalogPath = /x\n", suite},
+      {"BasePath =   \n", suite},
+  };
+  for (const auto& [content, base] : rows) {
+    EXPECT_EQ(QvPath(Write(content)).GetBasePath(), base) << content;
+  }
+  EXPECT_EQ(QvPath((dir_ / "none.asc").string()).GetBasePath(), suite);
+  EXPECT_EQ(QvPath(Write("BasePath = /b\n")).GetState(),
+            QvPath::kEnviromentAscNotValid);
   ::unsetenv("QV_COMMON_APPDATA");
 }
 

@@ -44,6 +44,11 @@ class DbCatalog {
                    const std::vector<ColumnDef>& columns,
                    const std::vector<std::string>& primary_key);
   void AddColumn(std::string_view table, const ColumnDef& column);
+  // Creates, unless it exists, the index "<table>_order" over the leading
+  // keys, "OrderNum" and the last key, in that order: a block read of the
+  // records of one parent then finds them already in block order.
+  void CreateOrderIndex(std::string_view table,
+                        const std::vector<std::string>& keys);
   // Rebuild the table inside one transaction (data, other keys, checks,
   // indexes kept); foreign_key_check before commit. They switch foreign
   // keys off around the rebuild, which SQLite allows only outside a

@@ -186,6 +186,43 @@ int64_t DbConnection::LastInsertRowid() const {
 }
 
 // ---------------------------------------------------------------------------
+// ReadTransaction
+
+DbConnection::ReadTransaction::ReadTransaction(DbConnection* con) {
+  if (!con || !con->db_ || con->depth_ > 0 ||
+      sqlite3_get_autocommit(con->db_->getHandle()) == 0) {
+    return;
+  }
+  try {
+    con->db_->exec("BEGIN");
+  } catch (...) {
+    RethrowAsDbError("DbConnection.ReadTransaction", con->path_);
+  }
+  con_ = con;
+}
+
+DbConnection::ReadTransaction::~ReadTransaction() {
+  if (!con_ || !con_->db_ ||
+      sqlite3_get_autocommit(con_->db_->getHandle()) != 0) {
+    return;
+  }
+  sqlite3_exec(con_->db_->getHandle(), "ROLLBACK", nullptr, nullptr, nullptr);
+}
+
+void DbConnection::ReadTransaction::Commit() {
+  DbConnection* con = con_;
+  con_ = nullptr;
+  if (!con || !con->db_ || sqlite3_get_autocommit(con->db_->getHandle()) != 0)
+    return;
+  try {
+    con->db_->exec("COMMIT");
+  } catch (...) {
+    sqlite3_exec(con->db_->getHandle(), "ROLLBACK", nullptr, nullptr, nullptr);
+    RethrowAsDbError("DbConnection.ReadTransaction", con->path_);
+  }
+}
+
+// ---------------------------------------------------------------------------
 // Transaction
 
 DbConnection::Transaction::Transaction(DbConnection& con)

@@ -109,6 +109,26 @@ class DbConnection : public qv::Dispatchable<DbConnection> {
     bool done_ = false;
   };
 
+  // RAII read transaction for one call that makes many reads: outside any
+  // transaction it begins a deferred one, so that SQLite takes its shared
+  // lock on the file once instead of once per statement, and ends it in its
+  // destructor. Inside a transaction, or on a closed connection, it does
+  // nothing. Writes inside it (Transaction nests as a savepoint) last only
+  // when Commit() is called; the destructor rolls back what is still open.
+  // Never keep one across calls into the library.
+  class ReadTransaction {
+   public:
+    explicit ReadTransaction(DbConnection* con);
+    ~ReadTransaction();
+    // Ends the transaction keeping its writes; raises the adapter's errors.
+    void Commit();
+    ReadTransaction(const ReadTransaction&) = delete;
+    ReadTransaction& operator=(const ReadTransaction&) = delete;
+
+   private:
+    DbConnection* con_ = nullptr;  // null when nothing was begun
+  };
+
   static qv::ClassInfo
   BuildClassInfo();  // "State", "ConnectionString", "Open", "Close", "Execute"
 

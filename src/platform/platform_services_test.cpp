@@ -1,5 +1,5 @@
 // Tests of the small host-replaceable services: message box, help viewer,
-// display and the common application-data folder.
+// display, keyboard and the common application-data folder.
 #include <gtest/gtest.h>
 
 #include <cstdlib>
@@ -9,6 +9,7 @@
 #include "platform/common_app_data.h"
 #include "platform/display.h"
 #include "platform/help_viewer.h"
+#include "platform/keyboard.h"
 #include "platform/message_box.h"
 
 namespace qv::platform {
@@ -111,6 +112,40 @@ TEST(DisplayTest, InstalledDisplayIsUsedUntilReset) {
   Display::Reset();
   EXPECT_EQ(Display::Current()->ScreenWidth(), 1920);
   EXPECT_EQ(Display::Current()->Planes(), 1);
+}
+
+// A host's keyboard whose keys the test presses.
+class PressedKeys : public Keyboard {
+ public:
+  PressedKeys(bool shift, bool ctrl, bool alt)
+      : shift_(shift), ctrl_(ctrl), alt_(alt) {}
+  bool IsShiftDown() const override { return shift_; }
+  bool IsCtrlDown() const override { return ctrl_; }
+  bool IsAltDown() const override { return alt_; }
+
+ private:
+  bool shift_, ctrl_, alt_;
+};
+
+TEST(KeyboardTest, ShiftStateIsOneValueByPrecedenceUntilReset) {
+  EXPECT_EQ(Keyboard::Current()->ShiftState(), 0);  // default: no key down
+  struct Row {
+    bool shift, ctrl, alt;
+    int16_t state;
+  };
+  const Row rows[] = {{false, false, false, 0}, {true, false, false, 1},
+                      {false, true, false, 2},  {false, false, true, 4},
+                      {true, true, true, 1},    {false, true, true, 2},
+                      {true, false, true, 1}};
+  for (const Row& row : rows) {
+    Keyboard::Install(
+        std::make_shared<PressedKeys>(row.shift, row.ctrl, row.alt));
+    EXPECT_EQ(Keyboard::Current()->ShiftState(), row.state)
+        << row.shift << row.ctrl << row.alt;
+  }
+  Keyboard::Reset();
+  EXPECT_FALSE(Keyboard::Current()->IsShiftDown());
+  EXPECT_EQ(Keyboard::Current()->ShiftState(), 0);
 }
 
 TEST(CommonAppDataTest, EnvironmentVariableOrVarLib) {

@@ -7,12 +7,16 @@ namespace qv {
 ClassInfo CQVGlobalFunctions::BuildClassInfo() {
   Builder builder("CQVGlobalFunctions");
   // Message members.
+  AddMessageMembers(builder);
 
   // Record helpers.
+  AddRecordHelpers(builder);
 
   // Display helpers.
+  AddDisplayHelpers(builder);
 
   // Room ordering.
+  AddRoomOrdering(builder);
 
   return builder.Build();
 }

@@ -1,0 +1,382 @@
+"""The global object, the module context and the host services driven from
+Python: a Python main window, host application, form and ActiveBar stand in
+for the host's objects, and SetDisplay / SetKeyboard replace the screen and
+the keyboard."""
+
+import contextlib
+import os
+import sqlite3
+import tempfile
+import threading
+import unittest
+
+import qvglobal
+
+ERROR_1000 = -2147220504
+
+
+def create(name):
+    return qvglobal.CreateObject("qvglobal10." + name)
+
+
+class HostApp:
+    Path = "/opt/qv"
+
+    def __init__(self):
+        self.messages = []
+
+    def SendQvModulMsg(self, xml, sender, folder, code, instance):
+        self.messages.append((xml, sender, folder, code, instance))
+        return True
+
+
+class MainWindow:
+    hWnd = 4711
+
+    def __init__(self, toolbar=None):
+        self.app = HostApp()
+        self.toolbar = toolbar
+        self.calls = []
+
+    def GetApp(self):
+        return self.app
+
+    def GetMDIParentAB(self):
+        return self.toolbar
+
+    def CurHelpFile(self):
+        return "/opt/qv/qv.chm"
+
+    def GetABToolEnabled(self, name):
+        self.calls.append(("GetABToolEnabled", name))
+        return name == "tCut"
+
+    def ModulSelected(self, modul: qvglobal.ByRef, path: qvglobal.ByRef,
+                      name: qvglobal.ByRef, catalog):
+        self.calls.append(("ModulSelected", modul.value, catalog))
+        modul.value, path.value, name.value = "EZ", path.value + "/x", "Neu"
+        return True
+
+
+class Collection:
+    """A toolbar collection: Count and Item by 0-based position or name."""
+
+    def __init__(self, items):
+        self.items = items
+
+    @property
+    def Count(self):
+        return len(self.items)
+
+    def Item(self, key):
+        if isinstance(key, int):
+            return self.items[key]
+        for item in self.items:
+            if item.Name.lower() == key.lower():
+                return item
+        raise qvglobal.ComError(ERROR_1000, "ActiveBar", "Unbekannt: " + key)
+
+
+class Tool:
+    def __init__(self, name, width=20, caption="", picture=None):
+        self.Name, self.Width, self.Caption = name, width, caption
+        self.Enabled = True
+        self.pictures = {0: picture}
+
+    def GetPicture(self, slot):
+        return self.pictures.get(slot)
+
+    def SetPicture(self, slot, picture):
+        self.pictures[slot] = picture
+
+
+class Band:
+    def __init__(self, name, tools, visible, docking, width=100, height=30):
+        self.Name, self.Visible, self.DockingArea = name, visible, docking
+        self.Width, self.Height = width, height
+        self.left = self.top = -1
+        self.Tools = Collection(tools)
+        self.popups = 0
+
+    def TrackPopup(self):
+        self.popups += 1
+
+
+class ActiveBar:
+    def __init__(self, bands, tools):
+        self.Bands = Collection(bands)
+        self.Tools = Collection(tools)
+        self.layouts = 0
+        self.refreshed = 0
+        self.keys = []
+
+    def RecalcLayout(self):
+        self.layouts += 1
+
+    def Refresh(self):
+        self.refreshed += 1
+
+    def OnKeyDown(self, key: qvglobal.ByRef, shift):
+        self.keys.append(("down", key.value, shift))
+
+    def OnKeyUp(self, key, shift):
+        self.keys.append(("up", key, shift))
+
+
+class Form:
+    def __init__(self, bar):
+        self.bar = bar
+
+    def GetActiveBar(self):
+        return self.bar
+
+
+class Screen:
+    def __init__(self, width=1024, height=768, bits=24, mouse=(500, 400)):
+        self.ScreenWidth, self.ScreenHeight = width, height
+        self.BitsPerPixel, self.Planes = bits, 1
+        self.mouse = mouse
+        self.moves = []
+
+    def GetCursorPos(self):
+        return self.mouse
+
+    def SetCursorPos(self, x, y):
+        self.moves.append((x, y))
+
+
+class Keys:
+    def __init__(self, shift=False, ctrl=False, alt=False):
+        self.IsShiftDown, self.IsCtrlDown, self.IsAltDown = shift, ctrl, alt
+
+
+class SessionTest(unittest.TestCase):
+    """A host session as python/README.md shows it."""
+
+    def test_session(self):
+        folder = tempfile.TemporaryDirectory()
+        self.addCleanup(folder.cleanup)
+        project = os.path.join(folder.name, "Haus.qv3")
+        os.mkdir(project)
+        # The container opens existing databases only: one with the version
+        # table, as the suite's project creation makes it.
+        with contextlib.closing(sqlite3.connect(
+                os.path.join(project, "Haus_VM.qv3"))) as db:
+            db.execute('CREATE TABLE qvversions ("Name" VARCHAR(255) '
+                       'COLLATE NOCASE PRIMARY KEY, "Version" INTEGER)')
+
+        qv = create("CQvGlobals")
+        window = MainWindow()
+        qv.frmMDIParentRef = window
+        qv.QvLanguage = qv.StrToQvLanguage("de")
+
+        prop = create("CQvModulProp")
+        prop.Modul, prop.Modulname, prop.ProjektPfad = "VM", "Haus", project
+        self.assertEqual(prop.Projektname, "Haus")
+        self.assertEqual(prop.QvGlobals.QvDbContainer, qv.QvDbContainer)
+
+        container = qv.QvDbContainer
+        con = container.getQvProjectConnection(prop.FullModulPath)
+        con.addTable("Raum", 1, ["Raum", 202, 20], ["Flaeche", 5], False)
+        rooms = con.getTable("Raum")
+        rooms.setValue("Raum", "R1")
+        rooms.setValue("Flaeche", 12.5)
+        rooms.insertRecord()
+        qv.QvClipboard.qvrs = rooms
+        self.assertEqual(qv.QvClipboard.qvrs.getTableName(), "raum")
+        del rooms
+        container.closeQvConnection(con)
+        del con
+        self.assertIsNone(qv.QvClipboard.qvrs)
+
+        self.assertTrue(prop.SendQvModulMsg(1, None, "Keller"))
+        self.assertEqual(window.app.messages, [
+            (None, os.path.join(project, "Haus_VM.qv3"), project, "EZ",
+             "Keller")])
+
+
+class GlobalStateTest(unittest.TestCase):
+    def test_objects_of_a_thread_share_one_state(self):
+        first, second = create("CQvGlobals"), create("CQvGlobals")
+        self.assertEqual(first.QvDbContainer, second.QvDbContainer)
+        self.assertEqual(first.QvClipboard, second.QvClipboard)
+        second.ToolTipLevel = 4
+        self.assertEqual(first.ToolTipLevel, 4)
+
+        seen = {}
+
+        def elsewhere():
+            other = create("CQvGlobals")
+            seen["container"] = other.QvDbContainer
+            seen["level"] = other.ToolTipLevel
+
+        thread = threading.Thread(target=elsewhere)
+        thread.start()
+        thread.join()
+        self.assertNotEqual(seen["container"], first.QvDbContainer)
+        self.assertEqual(seen["level"], 1)
+
+    def test_last_object_releases_the_shared_parts(self):
+        first, second = create("CQvGlobals"), create("CQvGlobals")
+        clipboard = first.QvClipboard
+        first.KurzBezBearbeiter = "MM"
+        del first, second
+        again = create("CQvGlobals")
+        self.assertNotEqual(again.QvClipboard, clipboard)
+        self.assertEqual(again.KurzBezBearbeiter, "MM")
+        self.assertEqual(again.ToolTipLevel, 1)
+
+    def test_forwarding_with_and_without_a_main_window(self):
+        globals_ = create("CQvGlobals")
+        self.assertIs(globals_.GetABToolEnabled("tCut"), False)
+        self.assertEqual(globals_.CurHelpFile, "")
+        self.assertIsNone(globals_.GetStartApp())
+        window = MainWindow()
+        globals_.frmMDIParentRef = window
+        self.assertIs(globals_.GetABToolEnabled("tCut"), True)
+        self.assertEqual(globals_.CurHelpFile, "/opt/qv/qv.chm")
+        self.assertIs(globals_.GetStartApp(), window.app)
+        modul, path, name = (qvglobal.ByRef(v) for v in ("VM", "/p", "A"))
+        self.assertIs(globals_.ModulSelected(modul, path, name, "K"), True)
+        self.assertEqual((modul.value, path.value, name.value),
+                         ("EZ", "/p/x", "Neu"))
+        self.assertEqual(window.calls, [("GetABToolEnabled", "tCut"),
+                                        ("ModulSelected", "VM", "K")])
+        with self.assertRaises(qvglobal.MemberError):
+            globals_.GetQvDXImageList()
+
+    def test_language_conversions_and_retired_members(self):
+        globals_ = create("CQvGlobals")
+        self.assertEqual(globals_.StrToQvLanguage("EN"), 2)
+        with self.assertRaises(qvglobal.ComError) as caught:
+            globals_.StrToQvLanguage("fr")
+        self.assertEqual((caught.exception.number, caught.exception.description),
+                         (ERROR_1000, "Unbekanntes LanguageInfo"))
+        with self.assertRaises(qvglobal.ComError) as caught:
+            globals_.QvIntelliSense = True
+        self.assertEqual(caught.exception.description,
+                         "CQvGlobals: Die Methode Let QvIntelliSense wird "
+                         "nicht mehr unterstützt.")
+
+    def test_key_events_carry_the_keyboard_shift_state(self):
+        bar = ActiveBar([], [])
+        globals_ = create("CQvGlobals")
+        globals_.frmMDIParentRef = MainWindow(bar)
+        self.addCleanup(qvglobal.SetKeyboard, None)
+        for keys, code in ((Keys(), 65), (Keys(ctrl=True, alt=True), 67),
+                           (Keys(alt=True), 8), (Keys(True, True, True), 9)):
+            qvglobal.SetKeyboard(keys)
+            globals_.ABOnKeyDown(code, 0)
+        qvglobal.SetKeyboard(None)
+        globals_.ABOnKeyUp(13, 0)
+        self.assertEqual(bar.keys, [("down", 65, 0), ("down", 67, 2),
+                                    ("down", 8, 4), ("down", 9, 1),
+                                    ("up", 13, 0)])
+
+    def test_toolbar_clicks_reach_event_sinks(self):
+        events = create("CQvGlobals").QvComEvents
+        clicks = []
+
+        class Sink:
+            def OnActiveBarClickToCM(self, tool, keys):
+                clicks.append((tool, keys))
+
+        events.advise(Sink())
+        events.FireOnActiveBarClickToCM("tCopy", "^c")
+        self.assertEqual(clicks, [("tCopy", "^c")])
+
+
+class ActiveBarTest(unittest.TestCase):
+    def setUp(self):
+        self.screen = Screen()
+        qvglobal.SetDisplay(self.screen)
+        self.addCleanup(qvglobal.SetDisplay, None)
+        self.prop = create("CQvModulProp")
+
+    def show(self, band, mouse):
+        self.screen.mouse = mouse
+        self.screen.moves = []
+        bar = ActiveBar([band], [])
+        self.prop.frmMDIChild = Form(bar)
+        self.prop.ActivebarShowToolBar(band.Name)
+        return bar
+
+    def test_docked_visible_band_is_left_alone(self):
+        for area in (1, 2, 4, 8):
+            band = Band("bdMain", [Tool("t", 50)], True, area)
+            bar = self.show(band, (500, 400))
+            self.assertEqual((band.left, band.top, band.Width, bar.layouts),
+                             (-1, -1, 100, 0))
+            self.assertEqual(self.screen.moves, [])
+
+    def test_bands_float_centred_on_the_mouse_and_stay_on_screen(self):
+        # (visible, docking, mouse) -> (left, top, width, mouse moved to)
+        rows = [
+            ((False, 1, (500, 400)), (475, 385, 50, []), "hidden, middle"),
+            ((False, 16, (1020, 760)), (974, 738, 50, [(999, 753)]),
+             "hidden, bottom right"),
+            ((False, 2, (3, 5)), (0, 0, 50, [(25, 15)]), "hidden, top left"),
+            ((True, 16, (1000, 10)), (924, 0, 100, [(974, 15)]),
+             "floating, top right"),
+            ((True, 0, (-40, 900)), (0, 738, 100, [(50, 753)]),
+             "floating off screen"),
+        ]
+        for (visible, docking, mouse), (left, top, width, moves), what in rows:
+            with self.subTest(what):
+                band = Band("bdPopup", [Tool("a", 30), Tool("b", 50)],
+                            visible, docking)
+                bar = self.show(band, mouse)
+                self.assertEqual((band.left, band.top, band.Width),
+                                 (left, top, width))
+                self.assertEqual((band.Visible, band.DockingArea), (True, 16))
+                self.assertEqual(bar.layouts, 2)
+                self.assertEqual(self.screen.moves, moves)
+
+    def test_tools_and_popups_by_name(self):
+        cut = Tool("tCut")
+        band = Band("bdQVPopup", [cut], True, 1)
+        bar = ActiveBar([band], [cut])
+        self.prop.frmMDIChild = Form(bar)
+        self.prop.SetABToolEnabled("TCUT", False)
+        self.assertIs(cut.Enabled, False)
+        self.assertIs(self.prop.GetABToolEnabled("tCut"), False)
+        self.prop.ActivebarTrackPopup("bdQVPopup")
+        self.assertEqual(band.popups, 1)
+        with self.assertRaises(qvglobal.ComError) as caught:
+            self.prop.ActivebarTrackPopup("bdNone")
+        self.assertEqual((caught.exception.number, caught.exception.description),
+                         (ERROR_1000, "CQvModulProp->ActivebarTrackPopup: "
+                                      "Unbekannt: bdNone"))
+
+    def test_copy_picture_reaches_every_tool_of_that_name(self):
+        source = Tool("tSave", caption="Speichern", picture="disk")
+        in_band = Tool("TSAVE2")
+        in_other = Tool("tSave2", caption="alt", picture="old")
+        own = Tool("tsave2")
+        other = Tool("tOther", caption="bleibt")
+        bar = ActiveBar([Band("b1", [in_band, other], True, 1),
+                         Band("b2", [in_other], False, 16)],
+                        [own, source, other])
+        self.prop.frmMDIChild = Form(bar)
+        self.prop.ABCopyPicture("TSAVE", "tSave2")
+        for tool in (in_band, in_other, own):
+            self.assertEqual((tool.Caption, tool.GetPicture(0)),
+                             ("Speichern", "disk"))
+        self.assertEqual((other.Caption, other.GetPicture(0)), ("bleibt", None))
+        self.assertEqual(bar.refreshed, 1)
+
+
+class DisplayHelpersTest(unittest.TestCase):
+    def test_screen_questions_go_to_the_python_display(self):
+        self.addCleanup(qvglobal.SetDisplay, None)
+        fn = create("CQVGlobalFunctions")
+        self.assertIs(fn.IsSmallScreen(), False)  # default 1920 x 1080
+        qvglobal.SetDisplay(Screen(640, 480, bits=8))
+        self.assertIs(fn.IsSmallScreen(), True)
+        self.assertEqual(fn.InActiveControlBackColor, 0xC0C0C0)
+        qvglobal.SetDisplay(None)
+        self.assertIs(fn.IsSmallScreen(), False)
+
+
+if __name__ == "__main__":
+    unittest.main()

@@ -1,0 +1,122 @@
+"""Messages from Python: message records, the conversion of stored message
+texts, and an error list shown in a grid written in Python."""
+
+import unittest
+
+import qvglobal
+
+
+def create(name):
+    return qvglobal.CreateObject("qvglobal10." + name)
+
+
+def message(num, kind, text, *fields):
+    msg = create("CQvErrMsg")
+    msg.m_eModul = 1
+    msg.m_lNum = num
+    msg.m_eKind = kind
+    msg.m_sMsg = text
+    for i, value in enumerate(fields):
+        msg.addField("f%d" % i, value)
+    return msg
+
+
+class Grid:
+    """A tree grid as the error list drives it."""
+
+    def __init__(self):
+        self.sink = None
+        self.rows = []
+        self.current = 0
+
+    def advise(self, sink):
+        self.sink = sink
+
+    def unadvise(self, sink):
+        self.sink = None
+
+    def SetNumberRows(self, count):
+        self.rows = [[None, None] for _ in range(count)]
+
+    def QuickSetQvResSrcBitmap(self, col, row, bitmap):
+        self.rows[row][col] = bitmap
+
+    def QuickSetText(self, col, row, text):
+        self.rows[row][col] = text
+
+    def QvFitRowsHeightNormalMultiLine(self):
+        pass
+
+    def GetCurrentRow(self):
+        return self.current
+
+
+class Listener:
+    def __init__(self):
+        self.events = []
+
+    def QvErrSelect(self, errMsg):
+        self.events.append(("select", errMsg.m_lNum))
+
+    def QvErrHighlight(self, errMsg):
+        self.events.append(("highlight", errMsg.m_lNum))
+
+
+class ConvertMsgTest(unittest.TestCase):
+    def setUp(self):
+        self.functions = create("CQVGlobalFunctions")
+
+    def test_line_breaks_placeholders_and_quantities(self):
+        self.assertEqual(
+            self.functions.ConvertMsg("Raum @@1,r@@:@@n@@@@2,n@@ Fenster",
+                                      ["R12", 3]),
+            "Raum R12:\r\n3 Fenster")
+        text = "Vorlauf@@n@@@@1,t@@ zu kalt@@1,001/Temperatur@@"
+        self.assertEqual(self.functions.ConvertMsg(text, [288.15]),
+                         "Vorlauf\r\n15,0 °C zu kalt")
+        props = qvglobal.CreateObject("QvCentral10.QvProperties")
+        props.Property = "023/Massenstrom"
+        self.assertEqual(self.functions.GetPrintUnitText(0, props), "kg/h")
+
+    @unittest.skipUnless(hasattr(qvglobal, "SetMessageBoxHandler"),
+                         "message box handler not in the bridge")
+    def test_faulty_text_shows_a_box(self):
+        boxes = []
+
+        def handler(text, title, style):
+            boxes.append((text, title, style))
+            return 1
+
+        qvglobal.SetMessageBoxHandler(handler)
+        try:
+            result = self.functions.ConvertMsg("a@@b", [])
+        finally:
+            qvglobal.SetMessageBoxHandler(None)
+        self.assertEqual(result, "a")
+        self.assertEqual(boxes[0], (
+            "mQVMessages->ConvertMsg: Anzahl der Platzhalter @@ ist nicht "
+            "durch 2 teilbar!\r\nNachricht: ''a@@b''", "qv-software", 16))
+
+
+class ErrListTest(unittest.TestCase):
+    def test_rows_duplicates_and_events(self):
+        errors = create("CQvErrList")
+        listener = Listener()
+        errors.advise(listener)
+        errors.addError(message(12, 1, "Raum R12: U-Wert zu hoch", "R12"))
+        errors.addError(message(12, 0, "wiederholt", "R12"))
+        errors.addError(message(30, 3, "Raum R14: keine Fenster", "R14"))
+        grid = Grid()
+        errors.QvTGrErr = grid
+        self.assertEqual(grid.rows, [[203, "Raum R12: U-Wert zu hoch"],
+                                     [204, "Raum R14: keine Fenster"]])
+        grid.sink.OnDClicked(1, 1)
+        grid.sink.OnRowChange(1, 0)
+        grid.sink.OnDClicked(2, 1)
+        self.assertEqual(listener.events, [("select", 30), ("highlight", 12)])
+        errors.QvTGrErr = None
+        self.assertIsNone(grid.sink)
+
+
+if __name__ == "__main__":
+    unittest.main()

@@ -1,0 +1,73 @@
+// The file operations behind Profile: reading a whole file, an exclusive
+// advisory lock on an existing file that is sure to be the file its path
+// names, and replacing or creating a file atomically (a temporary file in
+// the same folder, flushed to disk, then renamed or linked into place).
+//
+// Threads: the functions keep no state and may be called from any thread;
+// a LockedFile belongs to the thread that opened it.
+#ifndef QVGLOBAL_PLATFORM_INTERNAL_PROFILE_FILE_H_
+#define QVGLOBAL_PLATFORM_INTERNAL_PROFILE_FILE_H_
+
+#include <sys/stat.h>
+#include <sys/types.h>
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace qv::platform::internal {
+
+// What tells one version of a file from another without reading it.
+struct FileStamp {
+  dev_t device = 0;
+  ino_t inode = 0;
+  off_t size = 0;
+  int64_t mtime_ns = 0;
+  int64_t ctime_ns = 0;
+  bool operator==(const FileStamp&) const = default;
+};
+FileStamp StampOf(const struct stat& st);
+
+// Owns a file descriptor.
+class UniqueFd {
+ public:
+  explicit UniqueFd(int fd = -1) : fd_(fd) {}
+  ~UniqueFd();
+  UniqueFd(UniqueFd&& other) noexcept : fd_(other.fd_) { other.fd_ = -1; }
+  UniqueFd& operator=(UniqueFd&& other) noexcept;
+  UniqueFd(const UniqueFd&) = delete;
+  UniqueFd& operator=(const UniqueFd&) = delete;
+  int get() const { return fd_; }
+  bool valid() const { return fd_ >= 0; }
+
+ private:
+  int fd_;
+};
+
+// The bytes of an open file from its start; nothing on a read error.
+std::optional<std::string> ReadAll(int fd);
+
+// An existing file opened for writing with an exclusive flock held on it.
+struct LockedFile {
+  UniqueFd fd;
+  struct stat st {};
+};
+enum class LockResult { kLocked, kMissing, kFailed };
+// Opens and locks the file at `path`, waiting for the lock. When the path
+// was renamed over while waiting, the new file is locked instead.
+LockResult LockExisting(const std::string& path, LockedFile& out);
+
+enum class WriteResult { kWritten, kExists, kFailed };
+// Writes `bytes` to a temporary file beside `path` and flushes it. With
+// `replaced`, the status of the file at `path`, the new file gets its
+// permission bits (and its owner, where the process may set it) and
+// replaces it; without, it gets the default permissions of a new file and
+// is linked to `path` only when no file is there (kExists otherwise). The
+// temporary file is gone afterwards.
+WriteResult WriteAtomically(const std::string& path, std::string_view bytes,
+                            const struct stat* replaced);
+
+}  // namespace qv::platform::internal
+
+#endif  // QVGLOBAL_PLATFORM_INTERNAL_PROFILE_FILE_H_

@@ -1,0 +1,92 @@
+// Runs `qv ini` as support staff would: values as the library reads them,
+// writes and deletes, and exit status 1 with a message for missing files and
+// failed writes.
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <string>
+
+#include "testing/run_tool.h"
+#include "testing/temp_dir.h"
+
+#ifdef QVGLOBAL_QV_TOOL
+
+namespace qv {
+namespace {
+
+using ::qv::testing::ToolRun;
+
+class QvIniToolTest : public ::testing::Test {
+ protected:
+  ToolRun Ini(const std::string& args) {
+    return ::qv::testing::RunTool(QVGLOBAL_QV_TOOL, "ini " + args);
+  }
+  std::string Quoted() const { return "'" + file_ + "'"; }
+
+  testing::TempDir dir_;
+  std::string file_ = dir_.File("user.ini");
+};
+
+TEST_F(QvIniToolTest, SetGetDeleteAndShow) {
+  ASSERT_EQ(Ini("set " + Quoted() + " Fenster Breite 800").status, 0);
+  ASSERT_EQ(Ini("set " + Quoted() + " Fenster Titel '\" Raumbuch \"'").status,
+            0);
+  ASSERT_EQ(Ini("set " + Quoted() + " Pfade Projekt /srv/qv").status, 0);
+
+  const ToolRun get = Ini("get " + Quoted() + " FENSTER titel");
+  EXPECT_EQ(get.status, 0);
+  EXPECT_EQ(get.out, " Raumbuch \n");
+  EXPECT_EQ(Ini("get " + Quoted() + " Fenster Fehlt").out, "\n");
+
+  const ToolRun show = Ini("show " + Quoted());
+  EXPECT_EQ(show.status, 0);
+  EXPECT_EQ(show.out,
+            "[Fenster]\n  Breite=800\n  Titel= Raumbuch \n[Pfade]\n"
+            "  Projekt=/srv/qv\n");
+  EXPECT_EQ(Ini("show " + Quoted() + " pfade").out,
+            "[Pfade]\n  Projekt=/srv/qv\n");
+
+  EXPECT_EQ(Ini("delete " + Quoted() + " Fenster Breite").status, 0);
+  EXPECT_EQ(Ini("delete " + Quoted() + " Pfade").status, 0);
+  EXPECT_EQ(Ini("show " + Quoted()).out, "[Fenster]\n  Titel= Raumbuch \n");
+}
+
+TEST_F(QvIniToolTest, MissingFilesAndFailedWritesExitWithStatus1) {
+  for (const char* command : {"get", "show"}) {
+    const std::string rest = command == std::string("get") ? " S K" : " S";
+    const ToolRun run = Ini(std::string(command) + " " + Quoted() + rest);
+    EXPECT_EQ(run.status, 1) << command;
+    EXPECT_EQ(run.out, "") << command;
+    EXPECT_EQ(run.err, "qv ini: file not found: " + file_ + "\n") << command;
+  }
+  const std::string nowhere = dir_.File("fehlt") + "/user.ini";
+  const ToolRun set = Ini("set '" + nowhere + "' S K V");
+  EXPECT_EQ(set.status, 1);
+  EXPECT_EQ(set.err, "qv ini: could not write " + nowhere + "\n");
+  EXPECT_FALSE(std::filesystem::exists(dir_.File("fehlt")));
+  // Deleting from a file that is not there changes nothing and succeeds.
+  EXPECT_EQ(Ini("delete " + Quoted() + " S").status, 0);
+  EXPECT_FALSE(std::filesystem::exists(file_));
+}
+
+TEST_F(QvIniToolTest, DemoRestoresASavedForm) {
+  const ToolRun run =
+      ::qv::testing::RunTool(QVGLOBAL_QV_TOOL, "demo --dir '" + dir_.path() + "'");
+  EXPECT_EQ(run.status, 0) << run.err;
+  for (const char* line : {
+           "  a form never saved opens centred: left 640, top 300, 640 x 480\n",
+           "  after saving and reopening:     left 40, top 30, 800 x 600\n",
+           "      Raster=-1\n"}) {
+    EXPECT_NE(run.out.find(line), std::string::npos) << line;
+  }
+  EXPECT_EQ(::qv::testing::RunTool(QVGLOBAL_QV_TOOL,
+                                   "ini get '" + dir_.File("demo.ini") +
+                                       "' frmDemo width")
+                .out,
+            "800\n");
+}
+
+}  // namespace
+}  // namespace qv
+
+#endif  // QVGLOBAL_QV_TOOL

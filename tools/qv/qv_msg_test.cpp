@@ -1,0 +1,70 @@
+// Runs the built qv tool's `msg` command and checks its exact output and
+// exit status.
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "testing/run_tool.h"
+
+#ifdef QVGLOBAL_QV_TOOL
+
+namespace qv {
+namespace {
+
+using ::qv::testing::ToolRun;
+
+ToolRun RunQv(const std::string& args) {
+  return ::qv::testing::RunTool(QVGLOBAL_QV_TOOL, args);
+}
+
+TEST(QvMsgToolTest, ConvertsTextsWithValuesAndQuantities) {
+  const struct {
+    const char* args;
+    const char* out;
+  } cases[] = {
+      {"msg 'Finde die Hilfedatei@@n@@@@1, Pfad@@@@n@@nicht.' /x/h.chm",
+       "Finde die Hilfedatei\n/x/h.chm\nnicht.\n"},
+      {"msg 'Raum @@1,r@@: @@2,t@@@@1,001/Temperatur,2,004/Heizlast@@' "
+       "293.15 1250",
+       "Raum 20,0 °C: 1,25 kW\n"},
+      {"msg --lang en '@@1,t@@@@1,001/Temperatur@@' 293.15", "20.0 °C\n"},
+      {"msg '@@1,n@@ Fenster, @@2,x@@' 3 R12", "3 Fenster, R12\n"},
+  };
+  for (const auto& c : cases) {
+    const ToolRun run = RunQv(c.args);
+    EXPECT_EQ(run.status, 0) << c.args;
+    EXPECT_EQ(run.out, c.out) << c.args;
+    EXPECT_EQ(run.err, "") << c.args;
+  }
+}
+
+TEST(QvMsgToolTest, FaultyTextPrintsTheBoxes) {
+  const ToolRun run = RunQv("msg 'a@@2,x@@b' eins");
+  EXPECT_EQ(run.status, 1);
+  EXPECT_EQ(run.out, "");
+  EXPECT_EQ(run.err,
+            "mQVMessages->ConvertMsg: Für den Index 2 konnte kein "
+            "Platzhalter-Wert \nim Übergabeparameter ValuePlatzHalter "
+            "gefunden werden\nNachricht: ''a@@2,x@@b''\n");
+}
+
+TEST(QvMsgToolTest, PropertiesListOrOneEntry) {
+  const ToolRun one = RunQv("msg --properties 001");
+  EXPECT_EQ(one.status, 0);
+  EXPECT_EQ(one.out,
+            "number     001\nname       Temperatur / Temperature\n"
+            "unit       K\ndisplay    °C / °C\n"
+            "conversion value * 1 + -273.15\ndecimals   1\n");
+  const ToolRun all = RunQv("msg --properties");
+  EXPECT_EQ(all.status, 0);
+  EXPECT_NE(all.out.find("\n047  Schalldruckpegel"), std::string::npos)
+      << all.out;
+  const ToolRun unknown = RunQv("msg --properties 998");
+  EXPECT_EQ(unknown.status, 1);
+  EXPECT_EQ(unknown.err, "QvProperties: unknown property '998'\n");
+}
+
+}  // namespace
+}  // namespace qv
+
+#endif  // QVGLOBAL_QV_TOOL
