@@ -55,13 +55,16 @@ int main(int argc, char** argv) {
   qv::bench::RatioReporter reporter;
   benchmark::RunSpecifiedBenchmarks(&reporter);
   benchmark::Shutdown();
-  const double ms = reporter.Real("BM_FillErrList");
-  if (ms <= 0) {
+  // CPU time, which a busy shared machine disturbs far less than wall-clock
+  // time; the wall-clock time is printed beside it.
+  const double cpu = reporter.Cpu("BM_FillErrList");
+  if (cpu <= 0) {
     std::printf("errList fill: not measured\n");
     return 0;
   }
   std::printf("errList fill of %d messages: %.1f ms (target < 1000 ms)\n",
-              kMessages, ms);
-  std::printf("  (CPU time %.1f ms)\n", reporter.Cpu("BM_FillErrList"));
+              kMessages, cpu);
+  std::printf("  (CPU time; wall-clock %.1f ms)\n",
+              reporter.Real("BM_FillErrList"));
   return 0;
 }

@@ -18,7 +18,6 @@
 namespace qvpy {
 namespace {
 
-constexpr double kSecondsPerDay = 86400.0;
 constexpr int64_t kMillisecondsPerDay = 86400000;
 // About the range of Python's datetime (years 1 to 9999) in days.
 constexpr double kMaxDays = 3.0e6;
@@ -51,10 +50,16 @@ qv::Variant IntToVariant(py::handle value, std::string_view type) {
 }
 
 std::string StringFromPython(py::handle value) {
-  // Lone surrogates stand for bytes that were not UTF-8 (see ToPython).
+  // Strict: a string with an unpaired surrogate has no UTF-8 form, and the
+  // library must never store bytes that are not UTF-8.
   py::object bytes = py::reinterpret_steal<py::object>(
-      PyUnicode_AsEncodedString(value.ptr(), "utf-8", "surrogateescape"));
-  if (!bytes) throw py::error_already_set();
+      PyUnicode_AsEncodedString(value.ptr(), "utf-8", "strict"));
+  if (!bytes) {
+    PyErr_Clear();
+    throw qv::Error(qv::err::kInvalidProcedureCall, "qvglobal",
+                    "Invalid procedure call or argument: the string holds an "
+                    "unpaired surrogate and has no UTF-8 form");
+  }
   return std::string(PyBytes_AS_STRING(bytes.ptr()),
                      static_cast<size_t>(PyBytes_GET_SIZE(bytes.ptr())));
 }
@@ -75,11 +80,22 @@ qv::Date DateFromPython(py::handle value) {
               PyDateTime_DATE_GET_SECOND(v) +
               PyDateTime_DATE_GET_MICROSECOND(v) / 1e6;
   }
-  const double days =
-      qv::MakeDate(PyDateTime_GET_YEAR(v), PyDateTime_GET_MONTH(v),
-                   PyDateTime_GET_DAY(v))
-          .serial;
-  const double time = seconds / kSecondsPerDay;
+  double days = qv::MakeDate(PyDateTime_GET_YEAR(v), PyDateTime_GET_MONTH(v),
+                             PyDateTime_GET_DAY(v))
+                    .serial;
+  // Dates keep milliseconds. The last millisecond before midnight rounds
+  // into the next day, except on 9999-12-31, where the sum would become
+  // 10000-01-01 in a double.
+  int64_t ms = std::llround(seconds * 1000.0);
+  if (ms >= kMillisecondsPerDay) {
+    if (days >= qv::kLastDaySerial) {
+      ms = kMillisecondsPerDay - 1;
+    } else {
+      days += 1;
+      ms = 0;
+    }
+  }
+  const double time = static_cast<double>(ms) / kMillisecondsPerDay;
   // Before 1899-12-30 the time counts away from the day, as in every
   // automation date.
   return qv::Date{days < 0 ? days - time : days + time};
@@ -91,13 +107,8 @@ py::object DateToPython(qv::Date date) {
   if (!std::isfinite(date.serial) || std::fabs(date.serial) > kMaxDays) {
     throw qv::Error::Runtime(qv::err::kOverflow);
   }
-  double whole = std::trunc(date.serial);
-  int64_t ms =
-      std::llround(std::fabs(date.serial - whole) * kMillisecondsPerDay);
-  if (ms >= kMillisecondsPerDay) {
-    ms -= kMillisecondsPerDay;
-    whole += date.serial < 0 ? -1 : 1;
-  }
+  double whole = 0;
+  const int64_t ms = qv::RoundTimeOfDay(date, kMillisecondsPerDay, whole);
   auto epoch = py::reinterpret_steal<py::object>(
       PyDateTime_FromDateAndTime(1899, 12, 30, 0, 0, 0, 0));
   auto delta = py::reinterpret_steal<py::object>(

@@ -181,10 +181,21 @@ void BindDispatchClass(py::module_& m) {
       .def("unadvise", &Unadvise, py::arg("sink"));
 }
 
+// Members take positional arguments only, as late-bound calls by name do.
+void RefuseKeywords(const Member& self, const py::kwargs& kwargs) {
+  if (kwargs.empty()) return;
+  const std::string first = py::str(kwargs.begin()->first);
+  throw qv::Error(qv::err::kInvalidProcedureCall,
+                  self.object->GetClassInfo().name() + "." + self.name,
+                  "Invalid procedure call or argument: keyword argument '" +
+                      first + "' (members take positional arguments only)");
+}
+
 void BindMemberClass(py::module_& m) {
   py::class_<Member>(m, "Member")
       .def("__call__",
-           [](const Member& self, py::args args) {
+           [](const Member& self, py::args args, py::kwargs kwargs) {
+             RefuseKeywords(self, kwargs);
              return InvokeMember(self.object, self.name, self.kind, args);
            })
       .def("__getitem__",
@@ -210,8 +221,12 @@ void BindDispatch(py::module_& m) {
   BindMemberClass(m);
   m.def(
       "CreateObject",
-      [](const std::string& progid) {
-        return ToPython(qv::CreateObject(progid));
+      [](py::handle progid) {
+        if (!PyUnicode_Check(progid.ptr())) {
+          throw qv::Error(qv::err::kTypeMismatch, "qvglobal.CreateObject",
+                          "Type mismatch: the ProgID must be a string");
+        }
+        return ToPython(qv::CreateObject(progid.cast<std::string>()));
       },
       py::arg("progid"), "Creates a library object by ProgID.");
   m.def(

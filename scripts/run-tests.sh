@@ -70,6 +70,13 @@ export UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1
 run_stage build-asan -DCMAKE_BUILD_TYPE=Debug -DQVGLOBAL_SANITIZE=ON \
   -DQVGLOBAL_BUILD_BENCHMARKS=OFF
 
+# Kill -9 trials, two processes on one file and bad input with small counts
+# (scripts/reliability.sh runs the full counts by hand); a failure stops the
+# run.
+unset ASAN_OPTIONS UBSAN_OPTIONS
+banner "reliability (--ci)"
+scripts/reliability.sh --ci
+
 echo
 if [[ ${total_skipped} -ne 0 ]]; then
   echo "(${total_skipped} tests skipped, not counted below)"

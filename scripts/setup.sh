@@ -8,6 +8,7 @@ packages=(
   libsqlite3-dev libsqlitecpp-dev libfmt-dev libcli11-dev
   libgtest-dev libgmock-dev libbenchmark-dev
   pybind11-dev python3-dev
+  clang libclang-rt-14-dev
 )
 
 missing=()

@@ -7,7 +7,6 @@ import contextlib
 import os
 import sqlite3
 import tempfile
-import threading
 import unittest
 
 import qvglobal
@@ -195,37 +194,7 @@ class SessionTest(unittest.TestCase):
              "Keller")])
 
 
-class GlobalStateTest(unittest.TestCase):
-    def test_objects_of_a_thread_share_one_state(self):
-        first, second = create("CQvGlobals"), create("CQvGlobals")
-        self.assertEqual(first.QvDbContainer, second.QvDbContainer)
-        self.assertEqual(first.QvClipboard, second.QvClipboard)
-        second.ToolTipLevel = 4
-        self.assertEqual(first.ToolTipLevel, 4)
-
-        seen = {}
-
-        def elsewhere():
-            other = create("CQvGlobals")
-            seen["container"] = other.QvDbContainer
-            seen["level"] = other.ToolTipLevel
-
-        thread = threading.Thread(target=elsewhere)
-        thread.start()
-        thread.join()
-        self.assertNotEqual(seen["container"], first.QvDbContainer)
-        self.assertEqual(seen["level"], 1)
-
-    def test_last_object_releases_the_shared_parts(self):
-        first, second = create("CQvGlobals"), create("CQvGlobals")
-        clipboard = first.QvClipboard
-        first.KurzBezBearbeiter = "MM"
-        del first, second
-        again = create("CQvGlobals")
-        self.assertNotEqual(again.QvClipboard, clipboard)
-        self.assertEqual(again.KurzBezBearbeiter, "MM")
-        self.assertEqual(again.ToolTipLevel, 1)
-
+class GlobalObjectTest(unittest.TestCase):
     def test_forwarding_with_and_without_a_main_window(self):
         globals_ = create("CQvGlobals")
         self.assertIs(globals_.GetABToolEnabled("tCut"), False)
@@ -234,7 +203,6 @@ class GlobalStateTest(unittest.TestCase):
         window = MainWindow()
         globals_.frmMDIParentRef = window
         self.assertIs(globals_.GetABToolEnabled("tCut"), True)
-        self.assertEqual(globals_.CurHelpFile, "/opt/qv/qv.chm")
         self.assertIs(globals_.GetStartApp(), window.app)
         modul, path, name = (qvglobal.ByRef(v) for v in ("VM", "/p", "A"))
         self.assertIs(globals_.ModulSelected(modul, path, name, "K"), True)
@@ -245,18 +213,34 @@ class GlobalStateTest(unittest.TestCase):
         with self.assertRaises(qvglobal.MemberError):
             globals_.GetQvDXImageList()
 
-    def test_language_conversions_and_retired_members(self):
+    def test_help_goes_to_the_handler_with_the_main_window(self):
+        fn = create("CQVGlobalFunctions")
         globals_ = create("CQvGlobals")
-        self.assertEqual(globals_.StrToQvLanguage("EN"), 2)
+        globals_.frmMDIParentRef = MainWindow()
+        shown, boxes = [], []
+        qvglobal.SetHelpHandler(lambda *topic: shown.append(topic))
+        qvglobal.SetMessageBoxHandler(lambda *box: boxes.append(box) or 1)
+        self.addCleanup(qvglobal.SetHelpHandler, None)
+        self.addCleanup(qvglobal.SetMessageBoxHandler, None)
+        with tempfile.NamedTemporaryFile(suffix=".chm") as help_file:
+            fn.CallHelpFile(60012, 0, help_file.name)
+            self.assertEqual(shown, [(help_file.name, 60012, 4711)])
+        fn.CallHelpFile(60013)  # the main window's help file is missing
+        self.assertEqual([b[1:] for b in boxes], [("qv-software", 16)])
+        self.assertIn("/opt/qv/qv.chm", boxes[0][0])
+
+        def broken(text, title, style):
+            raise ValueError("no screen")
+
+        qvglobal.SetMessageBoxHandler(broken)
         with self.assertRaises(qvglobal.ComError) as caught:
-            globals_.StrToQvLanguage("fr")
-        self.assertEqual((caught.exception.number, caught.exception.description),
-                         (ERROR_1000, "Unbekanntes LanguageInfo"))
+            fn.CallHelpFile(60013)
+        self.assertEqual((caught.exception.number, str(caught.exception)),
+                         (440, "ValueError: no screen"))
+        qvglobal.SetMessageBoxHandler(lambda *box: "yes")
         with self.assertRaises(qvglobal.ComError) as caught:
-            globals_.QvIntelliSense = True
-        self.assertEqual(caught.exception.description,
-                         "CQvGlobals: Die Methode Let QvIntelliSense wird "
-                         "nicht mehr unterstützt.")
+            fn.CallHelpFile(60013)
+        self.assertEqual(caught.exception.number, 13)
 
     def test_key_events_carry_the_keyboard_shift_state(self):
         bar = ActiveBar([], [])
@@ -272,18 +256,6 @@ class GlobalStateTest(unittest.TestCase):
         self.assertEqual(bar.keys, [("down", 65, 0), ("down", 67, 2),
                                     ("down", 8, 4), ("down", 9, 1),
                                     ("up", 13, 0)])
-
-    def test_toolbar_clicks_reach_event_sinks(self):
-        events = create("CQvGlobals").QvComEvents
-        clicks = []
-
-        class Sink:
-            def OnActiveBarClickToCM(self, tool, keys):
-                clicks.append((tool, keys))
-
-        events.advise(Sink())
-        events.FireOnActiveBarClickToCM("tCopy", "^c")
-        self.assertEqual(clicks, [("tCopy", "^c")])
 
 
 class ActiveBarTest(unittest.TestCase):
@@ -364,18 +336,6 @@ class ActiveBarTest(unittest.TestCase):
                              ("Speichern", "disk"))
         self.assertEqual((other.Caption, other.GetPicture(0)), ("bleibt", None))
         self.assertEqual(bar.refreshed, 1)
-
-
-class DisplayHelpersTest(unittest.TestCase):
-    def test_screen_questions_go_to_the_python_display(self):
-        self.addCleanup(qvglobal.SetDisplay, None)
-        fn = create("CQVGlobalFunctions")
-        self.assertIs(fn.IsSmallScreen(), False)  # default 1920 x 1080
-        qvglobal.SetDisplay(Screen(640, 480, bits=8))
-        self.assertIs(fn.IsSmallScreen(), True)
-        self.assertEqual(fn.InActiveControlBackColor, 0xC0C0C0)
-        qvglobal.SetDisplay(None)
-        self.assertIs(fn.IsSmallScreen(), False)
 
 
 if __name__ == "__main__":

@@ -1,9 +1,13 @@
 """Messages from Python: message records, the conversion of stored message
 texts, and an error list shown in a grid written in Python."""
 
+import os
+import tempfile
 import unittest
 
 import qvglobal
+
+REGISTERED = set(qvglobal.RegisteredClasses())
 
 
 def create(name):
@@ -116,6 +120,57 @@ class ErrListTest(unittest.TestCase):
         self.assertEqual(listener.events, [("select", 30), ("highlight", 12)])
         errors.QvTGrErr = None
         self.assertIsNone(grid.sink)
+        errors.clear()
+        self.assertTrue(errors.isEmpty)
+
+
+class MainWindow:
+    """The host's main window as the global object asks it."""
+
+    def __init__(self, help_file):
+        self.CurHelpFile = help_file
+        self.hWnd = 4711
+
+
+@unittest.skipUnless("qvglobal10.CQvGlobals" in REGISTERED
+                     and hasattr(qvglobal, "SetHelpHandler"),
+                     "global object or help handler not available")
+class ApplicationTest(unittest.TestCase):
+    """Language, help file and window come from the global object."""
+
+    def setUp(self):
+        self.dir = tempfile.TemporaryDirectory()
+        self.help_file = os.path.join(self.dir.name, "qv.chm")
+        with open(self.help_file, "w") as f:
+            f.write("help")
+        self.globals = create("CQvGlobals")
+        self.globals.frmMDIParentRef = MainWindow(self.help_file)
+        self.requests = []
+        qvglobal.SetHelpHandler(
+            lambda file, context, window: self.requests.append(
+                (file, context, window)))
+
+    def tearDown(self):
+        qvglobal.SetHelpHandler(None)
+        self.globals.QvLanguage = 1
+        self.globals = None
+        self.dir.cleanup()
+
+    def test_help_for_a_message_and_english_quantities(self):
+        errors = create("CQvErrList")
+        errors.addError(message(12, 1, "zwölf"))
+        grid = Grid()
+        errors.QvTGrErr = grid
+        handled = qvglobal.ByRef(False)
+        grid.sink.OnHelp(0, 1, handled)
+        self.assertIs(handled.value, True)
+        self.assertEqual(self.requests, [(self.help_file, 60012, 4711)])
+        create("CQVGlobalFunctions").CallHelpFile(7)  # file and window default
+        self.assertEqual(self.requests[1], (self.help_file, 7, 4711))
+
+        self.globals.QvLanguage = 2
+        self.assertEqual(create("CQVGlobalFunctions").ConvertMsg(
+            "@@1,p@@@@1,027/Druck@@", [1500]), "1.50 kPa")
 
 
 if __name__ == "__main__":

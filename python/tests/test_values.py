@@ -62,6 +62,12 @@ class RoundTripTest(unittest.TestCase):
             (datetime.date(2024, 3, 1), datetime.datetime(2024, 3, 1)),
             (datetime.datetime(2024, 3, 1, 8, 0, 0, 123456),
              datetime.datetime(2024, 3, 1, 8, 0, 0, 123000)),
+            # Rounding up would leave the range of dates: the last
+            # millisecond of 9999 stays.
+            (datetime.datetime(9999, 12, 31, 23, 59, 59, 999999),
+             datetime.datetime(9999, 12, 31, 23, 59, 59, 999000)),
+            (datetime.datetime(2024, 2, 28, 23, 59, 59, 999999),
+             datetime.datetime(2024, 2, 29)),
         ):
             with self.subTest(value=value):
                 self.assertEqual(store_and_read(value), expected)
@@ -101,6 +107,36 @@ class RoundTripTest(unittest.TestCase):
 
     def test_by_ref_passes_its_value(self):
         self.assertEqual(store_and_read(qvglobal.ByRef(7)), 7)
+
+
+class RefusedValuesTest(unittest.TestCase):
+    """What the bridge cannot pass on raises ComError with the automation
+    number, and nothing reaches the object."""
+
+    def assertComError(self, call, number, description):
+        with self.assertRaises(qvglobal.ComError) as cm:
+            call()
+        self.assertEqual((cm.exception.number, cm.exception.description),
+                         (number, description))
+
+    def test_refused_calls(self):
+        d = qvglobal.CreateObject("Scripting.Dictionary")
+        no_utf8 = ("Invalid procedure call or argument: the string holds an "
+                   "unpaired surrogate and has no UTF-8 form")
+        cases = (
+            (lambda: d.Add(Key="k", Item=1), 5,
+             "Invalid procedure call or argument: keyword argument 'Key' "
+             "(members take positional arguments only)"),
+            (lambda: d.Add("k", "Raum \udc80"), 5, no_utf8),
+            (lambda: d.Add("\ud800", 1), 5, no_utf8),
+            (lambda: d.Add("k", ["ok", "\udfff"]), 5, no_utf8),
+            (lambda: qvglobal.CreateObject(5), 13,
+             "Type mismatch: the ProgID must be a string"),
+        )
+        for call, number, description in cases:
+            with self.subTest(description=description):
+                self.assertComError(call, number, description)
+        self.assertEqual(len(d), 0)
 
 
 class IntegerConversionTest(unittest.TestCase):

@@ -46,15 +46,32 @@ Date MakeDate(int year, int month, int day, int hour, int minute, int second) {
                        : static_cast<double>(days) + time};
 }
 
-std::string FormatDate(Date d) {
+int64_t RoundTimeOfDay(Date d, int64_t units_per_day, double& whole) {
   // Negative serials count the time away from the day, as automation does.
-  const double whole = std::trunc(d.serial);
-  const int64_t seconds = std::llround(std::fabs(d.serial - whole) * 86400.0);
+  whole = std::trunc(d.serial);
+  int64_t units = std::llround(std::fabs(d.serial - whole) *
+                               static_cast<double>(units_per_day));
+  if (units >= units_per_day) {
+    // The next calendar day is one up on either side of day 0: -2.99999 is
+    // 1899-12-28 near midnight, and the day after is -1 (1899-12-29).
+    const double next = whole + 1;
+    if (next > kLastDaySerial) {
+      units = units_per_day - 1;
+    } else {
+      units -= units_per_day;
+      whole = next;
+    }
+  }
+  return units;
+}
+
+std::string FormatDate(Date d) {
+  double whole = 0;
+  const int64_t seconds = RoundTimeOfDay(d, 86400, whole);
   int year, month, day;
   CivilFromDays(static_cast<int64_t>(whole) + kEpochOffset, year, month, day);
-  const std::string time =
-      fmt::format("{:02}:{:02}:{:02}", seconds / 3600 % 24, seconds / 60 % 60,
-                  seconds % 60);
+  const std::string time = fmt::format("{:02}:{:02}:{:02}", seconds / 3600,
+                                       seconds / 60 % 60, seconds % 60);
   if (whole == 0 && seconds != 0) return time;
   const std::string date = fmt::format("{:04}-{:02}-{:02}", year, month, day);
   return seconds == 0 ? date : date + " " + time;

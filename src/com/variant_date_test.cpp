@@ -16,5 +16,35 @@ TEST(VariantDateTest, TimeBeforeDayZeroCountsAwayFromTheDay) {
   EXPECT_EQ(ParseDate("1899-12-29 18:00")->serial, -1.75);
 }
 
+// Half a second before midnight rounds into the next day, except on the
+// last day an automation date holds, which keeps its last second.
+TEST(VariantDateTest, TimesRoundToTheSecondWithoutLeavingYear9999) {
+  const double ms = 1.0 / 86400000.0;
+  const Date last = {kLastDaySerial + 86399999 * ms};
+  struct Case {
+    Date date;
+    const char* text;
+  };
+  const Case cases[] = {
+      {last, "9999-12-31 23:59:59"},
+      {{MakeDate(2024, 2, 28).serial + 86399600 * ms}, "2024-02-29"},
+      {{MakeDate(2024, 2, 28).serial + 86399400 * ms}, "2024-02-28 23:59:59"},
+      // 1899-12-28 23:59:59.7: the next day is 1899-12-29, serial -1.
+      {{-(2 + 86399700 * ms)}, "1899-12-29"},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.text);
+    EXPECT_EQ(FormatDate(c.date), c.text);
+  }
+  EXPECT_EQ(FormatDate(*ParseDate(FormatDate(last))), "9999-12-31 23:59:59");
+  EXPECT_EQ(Variant(last).ToString(), "9999-12-31 23:59:59");
+  EXPECT_EQ(Variant(Variant(last).ToString()).ToDate().serial,
+            MakeDate(9999, 12, 31, 23, 59, 59).serial);
+
+  double whole = 0;
+  EXPECT_EQ(RoundTimeOfDay(last, 86400000, whole), 86399999);
+  EXPECT_EQ(whole, kLastDaySerial);
+}
+
 }  // namespace
 }  // namespace qv

@@ -75,6 +75,15 @@ bool CQvConnection::release() {
 std::shared_ptr<ds::QvRecordset> CQvConnection::getTable(
     const std::string& sTablename, bool bWithParent) {
   TableNameKey key(sTablename);
+  // A connection the container has closed hands out nothing; an answer of
+  // "no such table" would hide the caller's mistake.
+  if (!m_conConnection ||
+      m_conConnection->State() == ds::DbConnection::kStateClosed) {
+    throw ConnectionError(QvConnectionErrorAlreadyReleased, "getTable",
+                          "instance already released: table '" +
+                              std::string(key.view()) +
+                              "' not available (Path: " + Datasource() + ")");
+  }
   if (CQvRSwithBookMark* entry = findEntry(key)) {
     return entry->m_QvRecordset;
   }

@@ -58,7 +58,10 @@ class CQvConnection : public Dispatchable<CQvConnection> {
   // cannot be opened. With bWithParent a newly opened table is linked to its
   // parent tables, which must have been opened before: a parent that is not
   // in the cache raises QvConnectionErrorParentTableNotFound "parent table:
-  // '<p>' for table: '<t>' not found".
+  // '<p>' for table: '<t>' not found". Raises
+  // QvConnectionErrorAlreadyReleased "instance already released: table 't'
+  // not available (Path: p)" once the database is closed (the container
+  // closes it when the last user has given the connection back).
   std::shared_ptr<ds::QvRecordset> getTable(const std::string& sTablename,
                                             bool bWithParent = false);
   // getTable for a caller that names the table by a pointer to its own

@@ -9,6 +9,7 @@
 #include "data/internal/db_password.h"
 #include "datasource/db_catalog.h"
 #include "datasource/db_connection.h"
+#include "datasource/db_error.h"
 #include "datasource/db_maintenance.h"
 #include "datasource/open_files.h"
 #include "datasource/qv_recordset.h"
@@ -32,6 +33,27 @@ std::string ConnectionString(const std::string& path) {
   return ds::DbConnection::MakeConnectionString(path) + QvPasswordSetting();
 }
 
+void RequireProjectDatabase(ds::DbConnection& con, const std::string& path) {
+  // Every database of the suite carries the version table; any other SQLite
+  // file (an empty file opens as an empty database) is not ours to change.
+  bool ours = false;
+  try {
+    ours = ds::DbCatalog(con).HasTable("qvversions");
+  } catch (const Error& e) {
+    con.Close();
+    if (e.number() == ds::dberr::kBusy) throw;
+    Raise(QvDbErrorUnknownFile, "openConnection",
+          "unknown File (Path: " + path + ")\r\n" + e.description());
+  }
+  if (!ours) {
+    con.Close();
+    Raise(QvDbErrorUnknownFile, "openConnection",
+          "unknown File (Path: " + path +
+              ")\r\nnot a project database (no table 'qvversions'): '" +
+              con.Path() + "'");
+  }
+}
+
 }  // namespace
 
 CQvDbContainer::CQvDbContainer() = default;
@@ -52,9 +74,13 @@ bool CQvDbContainer::openConnection(
   try {
     conConnection->Open(ConnectionString(sProjectPath));
   } catch (const Error& e) {
+    // A file held by another process past the busy timeout exists and is
+    // fine: that error (it names the path) is passed on as it is.
+    if (e.number() == ds::dberr::kBusy) throw;
     Raise(QvDbErrorUnknownFile, "openConnection",
           "unknown File (Path: " + sProjectPath + ")\r\n" + e.description());
   }
+  RequireProjectDatabase(*conConnection, sProjectPath);
   return conConnection->State() == ds::DbConnection::kStateOpen;
 }
 

@@ -58,7 +58,12 @@ class CQvDbContainer : public Dispatchable<CQvDbContainer> {
   CQvDbContainer();
   ~CQvDbContainer() override;
 
-  // Opens `conConnection` (created when Nothing) on a database file.
+  // Opens `conConnection` (created when Nothing) on a database file of the
+  // suite. Raises QvDbErrorUnknownFile "CQvDBContainer: unknown File (Path:
+  // p)\r\n<reason>" when the file cannot be opened or holds no version table
+  // ("not a project database (no table 'qvversions'): '<file>'"), and passes
+  // on kBusy "database is locked: '<file>'" when another process holds the
+  // file past the busy timeout.
   bool openConnection(std::shared_ptr<ds::DbConnection>& conConnection,
                       const std::string& sProjectPath);
   void closeConnection(std::shared_ptr<ds::DbConnection>& conConnection);

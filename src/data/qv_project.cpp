@@ -64,6 +64,15 @@ std::vector<std::string> CreateQvProject(const std::string& dir,
                                          const std::string& name,
                                          const std::vector<std::string>& moduls,
                                          QvDbCatalogType catalog) {
+  // An empty name would make a hidden folder ".qv3"; a separator or a dot
+  // name would place the project somewhere else than in `dir`.
+  if (text::Trim(name).empty()) {
+    throw Error::Object1000("Der Projektname ist leer.");
+  }
+  if (name.find_first_of("/\\") != std::string::npos || name == "." ||
+      name == "..") {
+    throw Error::Object1000("Ungültiger Projektname: '" + name + "'");
+  }
   CQvModulDefs defs;
   CPRFunc_t_ naming;
   std::set<std::string> seen;

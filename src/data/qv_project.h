@@ -22,7 +22,9 @@ class CQvConnection;
 
 // Creates DIR/NAME.qv3 and a database for every module code (checked
 // against the module table; a code twice or an unknown code raises before
-// anything is written). Returns the module file paths in the given order.
+// anything is written, as does an empty name, "Der Projektname ist leer.",
+// or one with a path separator, "Ungültiger Projektname: 'x'", both object
+// error 1000). Returns the module file paths in the given order.
 std::vector<std::string> CreateQvProject(const std::string& dir,
                                          const std::string& name,
                                          const std::vector<std::string>& moduls,

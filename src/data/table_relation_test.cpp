@@ -127,6 +127,37 @@ TEST_F(RelationTest, KeyErrorsChangeNothing) {
   }
 }
 
+TEST_F(RelationTest, SelfRelationsAndCyclesAreRefused) {
+  // flur and nische have the keys of raum, so only the cycle check stops
+  // raum -> flur -> nische -> raum.
+  AddTable("flur", {"Gebaeude", 202, 20, "Raum", 202, 20});
+  AddTable("nische", {"Gebaeude", 202, 20, "Raum", 202, 20});
+  con().setChild("raum", "flur");
+  con().setChild("flur", "nische");
+  struct Case {
+    std::string parent, child, text;
+  };
+  const std::vector<Case> cases = {
+      {" Raum ", "RAUM", "table: 'raum' can not be a child of itself"},
+      {"flur", "raum",
+       "relation between: 'flur' and 'raum' would close a cycle, 'raum' is "
+       "already a parent of 'flur'"},
+      {"Nische", "Raum",
+       "relation between: 'nische' and 'raum' would close a cycle, 'raum' is "
+       "already a parent of 'nische'"},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.text);
+    EXPECT_TRUE(RaisesError([&] { con().setChild(c.parent, c.child); }, 5,
+                            c.text, "CQvConnection.setChild"));
+  }
+  EXPECT_TRUE(catalog().ForeignKeys("raum").empty());
+  // Inserts still work through the chain that stands.
+  AddRecord("flur", {"G1", "R1"});
+  AddRecord("nische", {"G1", "R1"});
+  EXPECT_EQ(Names("nische"), std::vector<std::string>({"R1"}));
+}
+
 TEST_F(RelationTest, RecordsWithoutParentKeepTheTableUnrelated) {
   AddRecord("raum", {"G9", "R9", 1.0});
   try {

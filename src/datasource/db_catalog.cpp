@@ -102,6 +102,13 @@ std::vector<ForeignKeyDef> NameAndOrder(std::vector<ForeignKeyDef> keys,
 
 DbCatalog::DbCatalog(DbConnection& con) : con_(con) {}
 
+std::string DbCatalog::ImpliedRelatedColumn(const ForeignKeyDef& fk) const {
+  // A key whose related table is missing has no related column to name.
+  if (!HasTable(fk.related_table)) return "";
+  const std::vector<std::string> key = PrimaryKey(fk.related_table);
+  return fk.columns.size() < key.size() ? key[fk.columns.size()] : "";
+}
+
 std::vector<std::string> DbCatalog::Tables() const {
   return Run("DbCatalog.Tables", [&] {
     std::vector<std::string> names;
@@ -153,6 +160,16 @@ std::vector<std::string> DbCatalog::PrimaryKey(std::string_view table) const {
   });
 }
 
+std::string DbCatalog::PrimaryKeyName(std::string_view table) const {
+  return Run("DbCatalog.PrimaryKeyName", [&] {
+    const auto [name, sql] = TableDefinition(con_, table);
+    for (const auto& item : ParseCreateTable(sql, name).items) {
+      if (item.primary_key) return item.constraint_name;
+    }
+    return std::string();
+  });
+}
+
 std::vector<ForeignKeyDef> DbCatalog::ForeignKeys(
     std::string_view table) const {
   return Run("DbCatalog.ForeignKeys", [&] {
@@ -166,8 +183,7 @@ std::vector<ForeignKeyDef> DbCatalog::ForeignKeys(
       fk.related_table = row[1].ToString();
       // A key declared without related columns refers to the primary key.
       const std::string related =
-          row[3].IsNull() ? PrimaryKey(fk.related_table).at(fk.columns.size())
-                          : row[3].ToString();
+          row[3].IsNull() ? ImpliedRelatedColumn(fk) : row[3].ToString();
       fk.columns.emplace_back(row[2].ToString(), related);
       fk.update_rule = RuleFromText(row[4].ToString());
       fk.delete_rule = RuleFromText(row[5].ToString());
@@ -193,7 +209,8 @@ std::vector<std::pair<std::string, ForeignKeyDef>> DbCatalog::ReferencingKeys(
 
 void DbCatalog::CreateTable(std::string_view table,
                             const std::vector<ColumnDef>& columns,
-                            const std::vector<std::string>& primary_key) {
+                            const std::vector<std::string>& primary_key,
+                            std::string_view primary_key_name) {
   Run("DbCatalog.CreateTable", [&] {
     if (table.empty()) throw CatalogError("table name is empty");
     if (columns.empty()) {
@@ -218,7 +235,13 @@ void DbCatalog::CreateTable(std::string_view table,
       if (!HasColumn(columns, k)) throw ColumnNotFound(k, table);
       key += (key.empty() ? "" : ", ") + QuoteIdentifier(k);
     }
-    if (!key.empty()) sql += ", PRIMARY KEY (" + key + ")";
+    if (!key.empty()) {
+      if (!primary_key_name.empty()) {
+        sql += ", CONSTRAINT " + QuoteIdentifier(primary_key_name);
+      }
+      sql += (primary_key_name.empty() ? ", " : " ") +
+             std::string("PRIMARY KEY (") + key + ")";
+    }
     sql += ")";
     DbConnection::Transaction transaction(con_);
     con_.Execute(sql);

@@ -32,6 +32,8 @@ class DbCatalog {
   std::vector<ColumnDef> Columns(std::string_view table) const;
   std::vector<std::string> PrimaryKey(
       std::string_view table) const;  // in key order
+  // The name of the primary key; "" when it has none or is unnamed.
+  std::string PrimaryKeyName(std::string_view table) const;
   std::vector<ForeignKeyDef> ForeignKeys(std::string_view table) const;
   // Foreign keys of other tables whose related table is `table` (added).
   std::vector<std::pair<std::string, ForeignKeyDef>> ReferencingKeys(
@@ -40,9 +42,12 @@ class DbCatalog {
   // Creates a table; primary key over `primary_key` (column names, in
   // order). A numeric table's last key column has auto_increment (the
   // record set assigns max+1 when left empty on insert).
+  // `primary_key_name`, when not empty, names the key (a CONSTRAINT clause,
+  // so the name survives reopening).
   void CreateTable(std::string_view table,
                    const std::vector<ColumnDef>& columns,
-                   const std::vector<std::string>& primary_key);
+                   const std::vector<std::string>& primary_key,
+                   std::string_view primary_key_name = {});
   void AddColumn(std::string_view table, const ColumnDef& column);
   // Creates, unless it exists, the index "<table>_order" over the leading
   // keys, "OrderNum" and the last key, in that order: a block read of the
@@ -66,6 +71,10 @@ class DbCatalog {
       std::function<void(uint64_t written, uint64_t total)> progress = nullptr);
 
  private:
+  // The related column of a foreign key column declared without one: the
+  // related table's key column at the same position ("" when none).
+  std::string ImpliedRelatedColumn(const ForeignKeyDef& fk) const;
+
   DbConnection& con_;
 };
 

@@ -4,7 +4,9 @@
 #include <SQLiteCpp/Statement.h>
 #include <sqlite3.h>
 
+#include <cstdlib>
 #include <filesystem>
+#include <limits>
 #include <system_error>
 
 #include "com/dispatch.h"
@@ -36,8 +38,11 @@ bool IsRegularFile(const std::string& path) {
 // Opens and prepares a SQLite handle on an existing file.
 std::unique_ptr<SQLite::Database> OpenFile(const std::string& path) {
   try {
-    auto db = std::make_unique<SQLite::Database>(path, SQLite::OPEN_READWRITE,
-                                                 DbConnection::kBusyTimeoutMs);
+    // A connection is used by one thread at a time (the library keeps its
+    // objects per thread), so SQLite need not lock it on every call.
+    auto db = std::make_unique<SQLite::Database>(
+        path, SQLite::OPEN_READWRITE | SQLite::OPEN_NOMUTEX,
+        DbConnection::BusyTimeoutMs());
     // Reading the schema tells a database from any other file.
     db->exec("SELECT count(*) FROM sqlite_master");
     db->exec("PRAGMA foreign_keys=ON");
@@ -54,6 +59,17 @@ std::string SavepointName(int level) {
 
 }  // namespace
 
+int DbConnection::BusyTimeoutMs() {
+  const char* text = std::getenv("QVGLOBAL_BUSY_TIMEOUT_MS");
+  if (text == nullptr || *text == '\0') return kBusyTimeoutMs;
+  char* end = nullptr;
+  const long ms = std::strtol(text, &end, 10);
+  if (*end != '\0' || ms < 0 || ms > std::numeric_limits<int>::max()) {
+    return kBusyTimeoutMs;
+  }
+  return static_cast<int>(ms);
+}
+
 DbConnection::DbConnection() = default;
 DbConnection::~DbConnection() { Close(); }
 
@@ -63,6 +79,7 @@ void DbConnection::Open(const std::string& connection_string) {
   const std::string cs =
       connection_string.empty() ? connection_string_ : connection_string;
   const ConnectionSettings settings = ParseConnectionString(cs, kOpenSource);
+  CheckPathUsable(settings.data_source, kOpenSource);
   const std::optional<std::string> path =
       FindPathIgnoringCase(settings.data_source);
   if (!path || !IsRegularFile(*path)) {
@@ -103,6 +120,7 @@ const std::string& DbConnection::Path() const { return path_; }
 
 void DbConnection::CreateDatabase(const std::string& path) {
   constexpr const char* kSource = "DbConnection.CreateDatabase";
+  CheckPathUsable(path, kSource);
   if (FindPathIgnoringCase(path)) {
     throw Error(dberr::kConnection, kSource,
                 "database file already exists: '" + path + "'");

@@ -37,7 +37,11 @@ struct DbHandleAccess;
 class DbConnection : public qv::Dispatchable<DbConnection> {
  public:
   static constexpr int32_t kStateClosed = 0, kStateOpen = 1;
+  // How long a statement waits for another process's lock before it fails
+  // with kBusy "database is locked: '<path>'": 5 s, or the number of
+  // milliseconds in the environment variable QVGLOBAL_BUSY_TIMEOUT_MS.
   static constexpr int kBusyTimeoutMs = 5000;
+  static int BusyTimeoutMs();
 
   DbConnection();
   ~DbConnection() override;
@@ -49,9 +53,11 @@ class DbConnection : public qv::Dispatchable<DbConnection> {
   // case, values may be quoted; other keys kept but ignored; no provider
   // means SQLite). Raises when the file does not exist or is not a database;
   // a path that does not exist as written but exists with other letter case
-  // (any level) is opened. Sets busy timeout (5 s), foreign_keys=ON,
-  // journal_mode=DELETE. An empty argument opens the ConnectionString set
-  // before.
+  // (any level) is opened. Sets busy timeout (BusyTimeoutMs()),
+  // foreign_keys=ON, journal_mode=DELETE. A path with a NUL character and a
+  // path longer than the system allows raise kConnection "invalid path
+  // (NUL character): '<path>'" and "path too long: '<path>'". An empty argument
+  // opens the ConnectionString set before.
   void Open(const std::string& connection_string);
   void Close();  // no-op when closed; an open transaction is rolled back
   int32_t State() const;

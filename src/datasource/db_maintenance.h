@@ -24,13 +24,16 @@ class DbConnection;
 void DeleteAllRowsExcept(DbConnection& con, std::string_view keep);
 
 // Deletes the rows of `table` whose `column` equals `value` (text compared
-// as the column's collation compares it); returns how many went.
+// without regard to ASCII letter case whatever the column's collation, as
+// files of other programs may lack COLLATE NOCASE); returns how many went.
 int32_t DeleteRowsWhere(DbConnection& con, std::string_view table,
                         std::string_view column, const Variant& value);
 
 // The faults that SQLite's integrity check and foreign-key check find, one
-// line each; empty when the database is sound. `quick` runs the faster check
-// that skips comparing indexes with their tables.
+// line each, and foreign keys whose related table is missing ("table 't'
+// refers to the missing table 'p' (foreign key 'f')"); empty when the
+// database is sound. `quick` runs the faster check that skips comparing
+// indexes with their tables.
 std::vector<std::string> CheckDatabase(DbConnection& con, bool quick = false);
 
 }  // namespace qv::ds

@@ -10,7 +10,8 @@ namespace {
 const std::string& SelectVersionSql() {
   static const std::string sql = "SELECT " + QuoteIdentifier("Version") +
                                  " FROM " + QuoteIdentifier("qvversions") +
-                                 " WHERE " + QuoteIdentifier("Name") + " = ?";
+                                 " WHERE " + QuoteIdentifier("Name") +
+                                 " = ?1 COLLATE NOCASE";
   return sql;
 }
 
@@ -36,9 +37,9 @@ void WriteTableVersion(DbConnection& con, std::string_view row,
         "INSERT INTO " + table + " (" + name + ", " + ver + ") VALUES (?, ?)",
         {Variant(row), Variant(version)});
   } else {
-    con.Execute(
-        "UPDATE " + table + " SET " + ver + " = ? WHERE " + name + " = ?",
-        {Variant(version), Variant(row)});
+    con.Execute("UPDATE " + table + " SET " + ver + " = ?1 WHERE " + name +
+                    " = ?2 COLLATE NOCASE",
+                {Variant(version), Variant(row)});
   }
 }
 

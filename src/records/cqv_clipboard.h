@@ -2,10 +2,11 @@
 // record set the user last copied or cut records from (qvrs) and whether it
 // was a cut (Cut). It holds no record data, only a shared reference to the
 // source record set, which it keeps alive until it is replaced or emptied.
-// The application's one clipboard is reached through CurrentClipboard()
-// (per thread) until the global application object owns it; installing it
-// with SetCurrentClipboard also lets record sets empty it when their table
-// changes (ds::RecordClipboard).
+// The application's one clipboard is owned by the global application
+// object (CQvGlobals), which installs it for its thread with
+// SetCurrentClipboard while global objects live; CurrentClipboard() reaches
+// it, and record sets empty it when their table changes
+// (ds::RecordClipboard).
 // Threads: one clipboard per thread; an instance is used by one thread.
 #ifndef QVGLOBAL_RECORDS_CQV_CLIPBOARD_H_
 #define QVGLOBAL_RECORDS_CQV_CLIPBOARD_H_

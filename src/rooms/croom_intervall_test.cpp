@@ -43,12 +43,8 @@ struct Fixture {
   std::vector<std::string> Rooms() {
     std::vector<std::string> seen;
     auto& rooms = levels[3];
-    for (bool ok = range.firstRec(rooms); ok; ok = range.nextRec(rooms)) {
-      std::string path;
-      for (const char* c : {"Gebaeude", "Stock", "Wohnung", "Raum"})
-        path += (path.empty() ? "" : "/") + rooms->getValue(c).ToString();
-      seen.push_back(path);
-    }
+    for (bool ok = range.firstRec(rooms); ok; ok = range.nextRec(rooms))
+      seen.push_back(qv::testing::RoomPath(*rooms));
     return seen;
   }
 

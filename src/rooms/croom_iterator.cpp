@@ -82,6 +82,8 @@ void CRoomIterator_t_::init(RecordsetPtr QvRsGebaeude, RecordsetPtr QvRsStock,
     probes_[level] = std::make_shared<ds::QvRecordset>();
     probes_[level]->openTable(rs_[level]->getConnection(),
                               rs_[level]->getTableName());
+    for (int k = 0; k <= level; ++k)
+      probe_fields_[level][k] = probes_[level]->getFieldIndex(kKeyColumns[k]);
   }
   CallScope scope(*this);
   BeginRead();
@@ -247,32 +249,42 @@ bool CRoomIterator_t_::WalkBackward() {
   }
 }
 
-bool CRoomIterator_t_::NextRoom(bool bReReadBlock) {
+bool CRoomIterator_t_::Step(bool forward, bool reread) {
   RequireInit();
   try {
     CallScope scope(*this);
-    if (bReReadBlock && (!ExistRoom() || !GotoRoomQvRs(key_))) return false;
+    if (reread && (!ExistRoom() || !GotoRoomQvRs(key_))) return false;
     changed_from_ = 3;
-    if (!WalkForward()) return false;
+    if (!(forward ? WalkForward() : WalkBackward())) {
+      StandOnCurrentRoom(forward);
+      return false;
+    }
     ReadCurRoomKeys(changed_from_);
     return true;
   } catch (const Error& e) {
-    Raise("CRoomIterator->NextRoom: ", e, key_);
+    Raise(forward ? "CRoomIterator->NextRoom: " : "CRoomIterator->PreviousRoom: ",
+          e, key_);
   }
 }
 
-bool CRoomIterator_t_::PreviousRoom(bool bReReadBlock) {
-  RequireInit();
-  try {
-    CallScope scope(*this);
-    if (bReReadBlock && (!ExistRoom() || !GotoRoomQvRs(key_))) return false;
-    changed_from_ = 3;
-    if (!WalkBackward()) return false;
-    ReadCurRoomKeys(changed_from_);
-    return true;
-  } catch (const Error& e) {
-    Raise("CRoomIterator->PreviousRoom: ", e, key_);
+void CRoomIterator_t_::StandOnCurrentRoom(bool forward) {
+  // The walk ran off the end: the room record set stepped past the current
+  // room, and empty apartments after it may have been selected. Put the
+  // record sets back on the room whose key the iterator keeps, so that the
+  // next move starts from there.
+  if (changed_from_ == 3) {
+    forward ? rs_[3]->moveLast() : rs_[3]->moveFirst();
+  } else if (ExistRoom()) {
+    PositionOn(key_);
   }
+}
+
+bool CRoomIterator_t_::NextRoom(bool bReReadBlock) {
+  return Step(true, bReReadBlock);
+}
+
+bool CRoomIterator_t_::PreviousRoom(bool bReReadBlock) {
+  return Step(false, bReReadBlock);
 }
 
 // ---------------------------------------------------------------------------
@@ -289,9 +301,16 @@ void CRoomIterator_t_::PositionOn(const RoomKey& key) {
                  kNotFound[level] + key[level] + " nicht mehr gefunden.");
   };
   BeginRead();
+  // Deleting a record deletes the records below it, so an apartment that is
+  // still there vouches for its building and storey; otherwise the highest
+  // missing level is named.
+  if (!Exists(2, key)) {
+    for (int level = 0; level < 3; ++level) {
+      if (level == 2 || !Exists(level, key)) throw not_found(level);
+    }
+  }
   bool moved = false;  // a level above moved: this level's block is new
   for (int level = 0; level < 4; ++level) {
-    if (level < 3 && !Exists(level, key)) throw not_found(level);
     if (level == 3 && !moved) ReReadChild(2);
     if (!moved && StillOn(level, key[level])) continue;
     const char* column = kKeyColumns[level];
@@ -321,7 +340,7 @@ bool CRoomIterator_t_::StillOn(int level, const std::string& key) const {
 bool CRoomIterator_t_::Exists(int level, const RoomKey& key) {
   ds::QvRecordset& probe = *probes_[level];
   for (int k = 0; k <= level; ++k)
-    probe.setValue(kKeyColumns[k], Variant(key[k]));
+    probe.setFieldValue(probe_fields_[level][k], Variant(key[k]));
   return probe.readBlock(static_cast<int16_t>(level + 1), true);
 }
 

@@ -17,8 +17,9 @@
 // tree node for the re-read. A public call that makes more than one read
 // makes them inside one read transaction of its own; no lock is held between
 // calls. NextRoom(True) and PreviousRoom(True) first re-position on the
-// current room: building, storey and apartment are looked up by their keys
-// in the file, and the room's block is read again (an upper level's block is
+// current room: the apartment is looked up by its keys in the file (and, when
+// it is gone, the building and the storey, to name the highest level that is
+// missing), and the room's block is read again (an upper level's block is
 // read again when it no longer holds its record, and whenever the walk
 // enters a new parent).
 //
@@ -33,6 +34,8 @@
 //   line but the last ending in CR LF.
 // - FirstRoom and LastRoom answer True only when the iterator moved onto a
 //   room: a second FirstRoom in a row answers False.
+// - A move that runs off either end puts the record sets back on the room
+//   whose key it keeps, so that the walk can turn back from there.
 //
 // Errors: an empty key passed to a go-to raises -2147220504 "Es wurde eine
 // leerer Raumschlüssel übergeben."; a key that no longer exists raises
@@ -41,7 +44,9 @@
 // sic), GotoRoomLast and TestExistCurRoom re-raise with their prefixes as
 // above; record-set and data-set errors pass through the same way. Running
 // off either end is no error: the move answers False and keeps the last key.
-// init with a missing record set raises 91.
+// init with a missing record set raises 91. A move off the end that cannot
+// put the record sets back (the room was deleted meanwhile) raises as
+// NextRoom(True) would.
 //
 // Threads: an iterator and its record sets are used on one thread.
 #ifndef QVGLOBAL_ROOMS_CROOM_ITERATOR_H_
@@ -128,8 +133,11 @@ class CRoomIterator_t_ : public Dispatchable<CRoomIterator_t_> {
   bool Exists(int level, const RoomKey& key);
   bool GotoRoomQvRs(const RoomKey& key);
   bool Goto(const char* prefix, const RoomKey& key);
+  // NextRoom (forward) and PreviousRoom.
+  bool Step(bool forward, bool reread);
   bool WalkForward();
   bool WalkBackward();
+  void StandOnCurrentRoom(bool forward);
   bool MoveToEnd(bool last);
   bool Moved(const RoomKey& before) const;
   void RequireInit() const;
@@ -145,6 +153,7 @@ class CRoomIterator_t_ : public Dispatchable<CRoomIterator_t_> {
   // Record sets of their own on the upper tables, for keyed existence
   // checks that leave the walked blocks as they are.
   std::array<RecordsetPtr, 3> probes_;
+  std::array<std::array<int16_t, 3>, 3> probe_fields_{};  // key positions
   // The read transaction of the public call under way, begun when the call
   // makes more than one read.
   std::optional<ds::DbConnection::ReadTransaction> read_;

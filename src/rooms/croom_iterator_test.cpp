@@ -25,7 +25,8 @@ using Levels = std::vector<std::shared_ptr<ds::QvRecordset>>;
 // rooms, room order from "OrderNum" against key order.
 const std::vector<std::string> kProject = {
     "G1/S1/W1/R2#10", "G1/S1/W1/R1#20", "G1/S2", "G1/S3/W1", "G1/S3/W2/R1",
-    "G2",             "G3/S1/W1",       "G4/S1/W1/R1",     "G4/S1/W1/R2"};
+    "G2",             "G3/S1/W1",       "G4/S1/W1/R1",     "G4/S1/W1/R2",
+    "G5/S1/W1"};
 const std::vector<std::string> kWalk = {"G1/S1/W1/R2", "G1/S1/W1/R1",
                                         "G1/S3/W2/R1", "G4/S1/W1/R1",
                                         "G4/S1/W1/R2"};
@@ -49,10 +50,7 @@ std::vector<std::string> Walk(CRoomIterator_t_& it, ds::QvRecordset& rooms,
   bool ok = backwards ? it.LastRoom() : it.FirstRoom();
   for (; ok; ok = backwards ? it.PreviousRoom(reread) : it.NextRoom(reread)) {
     seen.push_back(Path(it));
-    std::string record;
-    for (const char* c : {"Gebaeude", "Stock", "Wohnung", "Raum"})
-      record += (record.empty() ? "" : "/") + rooms.getValue(c).ToString();
-    EXPECT_EQ(record, seen.back());
+    EXPECT_EQ(qv::testing::RoomPath(rooms), seen.back());
   }
   return seen;
 }
@@ -68,13 +66,18 @@ TEST(CRoomIteratorTest, WalksInOrderBothWaysLinkedOrNot) {
       auto it = Init(levels);
       EXPECT_FALSE(it->ExistRoom());
       EXPECT_EQ(Walk(*it, *levels[3], false, reread), kWalk);
-      // Off the end: False, and the last room's key stays.
+      // Off the end: False, the last room's key stays, and the walk turns
+      // back from there.
       EXPECT_EQ(Path(*it), kWalk.back());
       EXPECT_TRUE(it->ExistRoom());
+      EXPECT_TRUE(it->PreviousRoom(reread));
+      EXPECT_EQ(Path(*it), kWalk[3]);
       // LastRoom answers whether it moved: start the way back elsewhere.
       EXPECT_TRUE(it->FirstRoom());
       EXPECT_EQ(Walk(*it, *levels[3], true, reread), backwards);
       EXPECT_EQ(Path(*it), kWalk.front());
+      EXPECT_TRUE(it->NextRoom(reread));
+      EXPECT_EQ(Path(*it), kWalk[1]);
     }
   }
 }

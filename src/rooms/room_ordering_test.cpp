@@ -25,12 +25,8 @@ const std::vector<std::string> kProject = {
 std::map<std::string, int32_t> StoredNumbers(RoomProject& project) {
   auto rooms = project.OpenRecordset("Raum");
   std::map<std::string, int32_t> numbers;
-  for (rooms->moveFirst(); !rooms->isEOF(); rooms->moveNext()) {
-    std::string path;
-    for (const char* c : {"Gebaeude", "Stock", "Wohnung", "Raum"})
-      path += (path.empty() ? "" : "/") + rooms->getValue(c).ToString();
-    numbers[path] = rooms->getValue("OrderNum").ToLong();
-  }
+  for (rooms->moveFirst(); !rooms->isEOF(); rooms->moveNext())
+    numbers[qv::testing::RoomPath(*rooms)] = rooms->getValue("OrderNum").ToLong();
   return numbers;
 }
 

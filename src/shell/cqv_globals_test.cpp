@@ -14,7 +14,6 @@
 #include "data/cqv_db_container.h"
 #include "messages/app_context.h"
 #include "platform/file_system.h"
-#include "platform/keyboard.h"
 #include "records/cqv_clipboard.h"
 #include "testing/callback_object.h"
 #include "testing/expect_error.h"
@@ -109,15 +108,6 @@ TEST_F(CQvGlobalsTest, LastObjectReleasesContainerClipboardAndMainWindow) {
   EXPECT_EQ(again->ToolTipLevel(), 1);
   EXPECT_EQ(again->LangBezBearbeiter(), "Max Muster");
   EXPECT_EQ(again->QvLanguage(), qvlGerman);
-}
-
-TEST_F(CQvGlobalsTest, ContainerKeptByAModuleOutlivesTheGlobalObjects) {
-  auto globals = Create();
-  auto container = globals->Get("QvDbContainer").ToObjectAs<CQvDbContainer>();
-  globals.reset();
-  ASSERT_NE(container, nullptr);
-  EXPECT_EQ(container->OpenCount(), 0);
-  EXPECT_EQ(Create()->QvDbContainer() == container, false);
 }
 
 // A file system that counts the folders it creates.
@@ -277,47 +267,6 @@ TEST_F(CQvGlobalsTest, MainWindowFillsTheApplicationContext) {
   EXPECT_EQ(AppContext::Current()->MainWindowHandle(), 4711);
   EXPECT_EQ(AppContext::Current()->CurHelpFile(), "/opt/qv/Heizlast.chm");
   EXPECT_EQ(AppContext::Current()->Language(), qvlGerman);
-}
-
-// A keyboard on which one modifier is held.
-class HeldKey : public platform::Keyboard {
- public:
-  explicit HeldKey(char key) : key_(key) {}
-  bool IsShiftDown() const override { return key_ == 's'; }
-  bool IsCtrlDown() const override { return key_ == 'c'; }
-  bool IsAltDown() const override { return key_ == 'a'; }
-
- private:
-  char key_;
-};
-
-TEST_F(CQvGlobalsTest, KeyEventsReachTheMainToolbarWithTheShiftState) {
-  auto globals = Create();
-  globals->ABOnKeyDown(65, 0);  // no main window: nothing to call
-  auto toolbar = std::make_shared<CallbackObject>();
-  std::vector<std::string> seen;
-  for (const char* event : {"OnKeyDown", "OnKeyUp"}) {
-    toolbar->On(event, [&seen, event](InvokeKind, Args a) {
-      seen.push_back(std::string(event) + " " + a[0].Describe() + " " +
-                     a[1].Describe());
-      a[0] = int32_t{0};  // the key code is passed by reference
-      return Variant();
-    });
-  }
-  auto window = std::make_shared<CallbackObject>();
-  window->On("GetMDIParentAB",
-             [&](InvokeKind, Args) { return Variant(toolbar); });
-  globals->Set("frmMDIParentRef", window);
-
-  globals->ABOnKeyDown(65, 99);
-  platform::Keyboard::Install(std::make_shared<HeldKey>('c'));
-  globals->Call("ABOnKeyUp", {int32_t{112}, int32_t{0}});
-  platform::Keyboard::Install(std::make_shared<HeldKey>('a'));
-  globals->ABOnKeyDown(8, 0);
-  platform::Keyboard::Reset();
-  EXPECT_EQ(seen, (std::vector<std::string>{"OnKeyDown Long 65 Integer 0",
-                                            "OnKeyUp Long 112 Integer 2",
-                                            "OnKeyDown Long 8 Integer 4"}));
 }
 
 TEST_F(CQvGlobalsTest, LanguageConversionsIgnoreLetterCase) {

@@ -4,7 +4,7 @@
 //   qv::testing::MessageBoxRecorder boxes;     // captures every box
 //   qv::testing::HelpRecorder help;            // captures help requests
 //   qv::testing::FakeAppContext app;           // language, help file, window
-//   app.language = qv::qvlEnglish;
+//   app.state().language = qv::qvlEnglish;
 //   ... code under test ...
 //   ASSERT_EQ(boxes.shown.size(), 1u);
 //   EXPECT_EQ(boxes.shown[0].text, "...");

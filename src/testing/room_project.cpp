@@ -63,4 +63,11 @@ void RoomProject::Add(const std::vector<std::string>& paths) {
   Insert(*other, paths);
 }
 
+std::string RoomPath(const ds::QvRecordset& rs) {
+  std::string path;
+  for (const char* level : kLevels)
+    path += (path.empty() ? "" : "/") + rs.getValue(level).ToString();
+  return path;
+}
+
 }  // namespace qv::testing

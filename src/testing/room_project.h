@@ -35,6 +35,9 @@ class RoomProject : public ProjectDatabase {
   void Add(const std::vector<std::string>& paths);
 };
 
+// "G/S/W/R": the four room keys of the record set's current record.
+std::string RoomPath(const ds::QvRecordset& rs);
+
 }  // namespace qv::testing
 
 #endif  // QVGLOBAL_TESTING_ROOM_PROJECT_H_

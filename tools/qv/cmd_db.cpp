@@ -13,6 +13,7 @@
 #include "datasource/db_maintenance.h"
 #include "qv/command_registry.h"
 #include "qv/db_report.h"
+#include "qv/tool_text.h"
 
 namespace qv::tool {
 namespace {
@@ -57,7 +58,9 @@ void Check(const std::string& file) {
   container.openConnection(con, file);
   const std::vector<std::string> faults = ds::CheckDatabase(*con);
   container.closeConnection(con);
-  for (const std::string& fault : faults) std::cout << fault << '\n';
+  for (const std::string& fault : faults) {
+    std::cout << EscapeControls(fault) << '\n';
+  }
   if (!faults.empty()) {
     throw Error::Object1000(std::to_string(faults.size()) +
                             " fault(s) found in " + file);

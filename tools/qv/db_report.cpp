@@ -9,14 +9,16 @@
 #include "data/cqv_db_container.h"
 #include "datasource/db_catalog.h"
 #include "datasource/db_connection.h"
+#include "qv/tool_text.h"
 
 namespace qv::tool {
 namespace {
 
+// Names come from the file: escaped for the terminal.
 std::string Join(const std::vector<std::string>& items) {
   std::string joined;
   for (const std::string& item : items) {
-    joined += (joined.empty() ? "" : ", ") + item;
+    joined += (joined.empty() ? "" : ", ") + EscapeControls(item);
   }
   return joined;
 }
@@ -34,8 +36,10 @@ void PrintRelations(ds::DbCatalog& catalog,
         pairs.push_back(column + " = " + fk.related_table + "." + related);
       }
       out << fmt::format("  {} -> {} [{}] ({}; update {}, delete {})\n",
-                         fk.related_table, table, fk.name, Join(pairs),
-                         Rule(fk.update_rule), Rule(fk.delete_rule));
+                         EscapeControls(fk.related_table),
+                         EscapeControls(table), EscapeControls(fk.name),
+                         Join(pairs), Rule(fk.update_rule),
+                         Rule(fk.delete_rule));
       any = true;
     }
   }
@@ -52,7 +56,7 @@ void PrintDatabaseInfo(const std::string& file, std::ostream& out) {
   std::set<std::string> lower;
   for (const std::string& t : tables) lower.insert(text::LCase(t));
 
-  out << "Database " << con->m_conConnection->Path() << '\n'
+  out << "Database " << EscapeControls(con->m_conConnection->Path()) << '\n'
       << fmt::format("Connection version {}, database size {}\n",
                      con->getConnectionVersion(), con->getDatabaseSize())
       << "Logical tables:\n";
@@ -67,7 +71,7 @@ void PrintDatabaseInfo(const std::string& file, std::ostream& out) {
       others.push_back(t);
       continue;
     }
-    out << fmt::format("  {:<16} version {:<4} keys {}\n", t,
+    out << fmt::format("  {:<16} version {:<4} keys {}\n", EscapeControls(t),
                        con->getTableVersion(t), Join(catalog.PrimaryKey(t)));
   }
   out << "Other tables: " << (others.empty() ? "none" : Join(others)) << '\n';

@@ -31,7 +31,7 @@ void ShowRooms(DemoContext& ctx) {
   ctx.out << "  forwards: " << count << " rooms, the last is " << Short(*it)
           << "\n  backwards:";
   // The walk stands on the last room now, so LastRoom would answer False
-  // (it did not move): step back from here.
+  // (it did not move): turn back from here.
   for (int shown = 0; shown < 4; ++shown) {
     ctx.out << ' ' << Short(*it);
     if (!it->PreviousRoom()) break;

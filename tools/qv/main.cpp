@@ -9,6 +9,7 @@
 
 #include "com/error.h"
 #include "qv/command_registry.h"
+#include "qv/tool_text.h"
 
 // The build may pass the project's version; this is the one place that
 // states it otherwise.
@@ -37,7 +38,8 @@ int Run(int argc, char** argv) {
     return status == 0 ? 0 : kUsageError;
   } catch (const qv::Error& e) {
     std::cout.flush();
-    std::cerr << e.description() << '\n';
+    // Descriptions quote names from files; line breaks are the message's own.
+    std::cerr << qv::tool::EscapeControlsKeepLines(e.description()) << '\n';
     return 1;
   }
   return 0;

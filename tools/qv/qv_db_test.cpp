@@ -3,7 +3,9 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <fstream>
 #include <string>
+#include <vector>
 
 #include "datasource/db_connection.h"
 #include "testing/run_tool.h"
@@ -84,6 +86,75 @@ TEST_F(QvDbToolTest, CheckClearAndCompact) {
   EXPECT_EQ(run.status, 1);
   EXPECT_EQ(run.out, "row 1 of table 'c' has no parent in 'p'\n");
   EXPECT_EQ(run.err, "1 fault(s) found in " + file + "\n");
+}
+
+TEST_F(QvDbToolTest, ProjectNamesThatMakeNoProjectFolderAreRefused) {
+  struct Case {
+    std::string name, err;
+  };
+  const std::vector<Case> cases = {
+      {"", "Der Projektname ist leer."},
+      {"  ", "Der Projektname ist leer."},
+      {"a/b", "Ungültiger Projektname: 'a/b'"},
+      {"..", "Ungültiger Projektname: '..'"},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.name);
+    const ToolRun run = RunQv("project new '" + dir_.path() + "' '" + c.name +
+                              "' --modules VM");
+    EXPECT_EQ(run.status, 1);
+    EXPECT_EQ(run.err, c.err + "\n");
+  }
+  EXPECT_TRUE(fs::is_empty(dir_.path()));
+}
+
+TEST_F(QvDbToolTest, FilesThatAreNoProjectDatabaseAreRefusedUnchanged) {
+  const std::string file = dir_.path() + "/leer.qv3";
+  std::ofstream(file).close();
+  for (const char* command : {"check", "compact", "clear", "info"}) {
+    SCOPED_TRACE(command);
+    const ToolRun run = RunQv(std::string("db ") + command + " '" + file + "'");
+    EXPECT_EQ(run.status, 1);
+    EXPECT_EQ(run.out, "");
+    EXPECT_EQ(run.err, "CQvDBContainer: unknown File (Path: " + file +
+                           ")\r\nnot a project database (no table "
+                           "'qvversions'): '" +
+                           file + "'\n");
+    EXPECT_EQ(fs::file_size(file), 0u);
+  }
+}
+
+TEST_F(QvDbToolTest, CheckReportsRelationsToMissingTables) {
+  const std::string file = NewProject();
+  {
+    ds::DbConnection con;
+    con.Open(ds::DbConnection::MakeConnectionString(file));
+    con.Execute(
+        "CREATE TABLE c (k INTEGER, CONSTRAINT \"zu_p\" FOREIGN KEY "
+        "(k) REFERENCES weg (k))");
+    con.Execute("CREATE TABLE d (k INTEGER REFERENCES fort)");
+  }
+  const ToolRun run = RunQv("db check '" + file + "'");
+  EXPECT_EQ(run.status, 1);
+  EXPECT_EQ(run.out,
+            "table 'c' refers to the missing table 'weg' (foreign key 'zu_p')\n"
+            "table 'd' refers to the missing table 'fort'\n");
+  EXPECT_EQ(run.err, "2 fault(s) found in " + file + "\n");
+}
+
+TEST_F(QvDbToolTest, NamesFromTheFileArePrintedWithControlsEscaped) {
+  const std::string file = NewProject();
+  {
+    ds::DbConnection con;
+    con.Open(ds::DbConnection::MakeConnectionString(file));
+    con.Execute("CREATE TABLE \"x\x1b]0;owned\x07\" (k)");
+  }
+  const ToolRun run = RunQv("db info '" + file + "'");
+  EXPECT_EQ(run.status, 0) << run.err;
+  EXPECT_NE(run.out.find("Other tables: qvversions, x\\x1b]0;owned\\x07\n"),
+            std::string::npos)
+      << run.out;
+  EXPECT_EQ(run.out.find('\x1b'), std::string::npos);
 }
 
 TEST_F(QvDbToolTest, MissingFileFailsWithTheContainersText) {

@@ -58,9 +58,34 @@ TEST(QvToolTest, KeysStopsAtTheFirstUnknownCode) {
       "CQVActiveBar->ABKeyCodeToSendKeyStr: Nicht zuweisbarer KeyCode -1\n");
 }
 
+TEST(QvToolTest, KeysRefusesWhatIsNoKeyCodeBeforePrintingAnything) {
+  const std::string not_number = "key code is not a whole number: ";
+  const std::string out_of_range = "key code out of range (-32768 to 32767): ";
+  struct Case {
+    const char* args;
+    std::string err;
+  };
+  const std::vector<Case> cases = {
+      {"keys ''", not_number + "''"},
+      {"keys 0 x", not_number + "'x'"},
+      {"keys 1.5", not_number + "'1.5'"},
+      {"keys ' 7'", not_number + "' 7'"},
+      {"keys 12abc", not_number + "'12abc'"},
+      {"keys 32768", out_of_range + "'32768'"},
+      {"keys 99999999999999999999", out_of_range + "'99999999999999999999'"},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.args);
+    const ToolRun run = RunQv(c.args);
+    EXPECT_EQ(run.status, 1);
+    EXPECT_EQ(run.out, "");
+    EXPECT_EQ(run.err, c.err + "\n");
+  }
+  EXPECT_EQ(RunQv("keys +37").out, "{F11}\n");
+}
+
 TEST(QvToolTest, UsageErrorsExitWithStatusTwo) {
-  for (const char* args :
-       {"keys x", "keys 32768", "keys", "nosuchcommand", ""}) {
+  for (const char* args : {"keys", "nosuchcommand", ""}) {
     SCOPED_TRACE(args);
     const ToolRun run = RunQv(args);
     EXPECT_EQ(run.status, 2);
@@ -140,6 +165,11 @@ TEST(QvToolTest, DemoRemovesItsTemporaryFolder) {
   EXPECT_NE(
       run.out.find("Ctrl+F1 is recorded as 39, which reads back as \"^{F2}\""),
       std::string::npos);
+  EXPECT_NE(run.out.find("  its global object shares the container: yes\n"
+                         "  copied 48 rooms of table \"raum\" to the "
+                         "clipboard\n  closing the project connection "
+                         "empties the clipboard: yes\n"),
+            std::string::npos);
   EXPECT_EQ(run.out.substr(run.out.size() - 7), "\nDone.\n");
   EXPECT_TRUE(fs::is_empty(tmp.path()));
 }

@@ -1,8 +1,10 @@
 #include "data/internal/table_schema.h"
 
 #include <algorithm>
+#include <set>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "com/text.h"
 #include "data/internal/column_descriptor.h"
@@ -63,7 +65,9 @@ void TableSchema::CreateTablePair(const std::string& name,
   std::vector<ds::ColumnDef> data_columns = layout.keys;
   data_columns.insert(data_columns.end(), layout.data.begin(),
                       layout.data.end());
-  catalog_.CreateTable(name + "_t", data_columns, primary_key);
+  // Both keys are named after the first key column.
+  const std::string key_name = layout.keys.front().name;
+  catalog_.CreateTable(name + "_t", data_columns, primary_key, key_name);
   // Records are read in blocks per parent in "OrderNum" order: an index in
   // that order spares SQLite a sort for every block.
   const bool ordered = std::any_of(
@@ -74,7 +78,7 @@ void TableSchema::CreateTablePair(const std::string& name,
 
   std::vector<ds::ColumnDef> key_columns = layout.keys;
   key_columns.push_back({.name = "OtherFields", .type = ds::kAdLongVarBinary});
-  catalog_.CreateTable(name, key_columns, primary_key);
+  catalog_.CreateTable(name, key_columns, primary_key, key_name);
 }
 
 void TableSchema::AddDataColumns(const std::string& name,
@@ -98,7 +102,34 @@ void TableSchema::CheckIntegrity(const std::string& name) {
   }
 }
 
+bool TableSchema::IsAncestor(const std::string& table,
+                             const std::string& of) const {
+  std::vector<std::string> pending{of};
+  std::set<std::string> seen;
+  while (!pending.empty()) {
+    const std::string current = std::move(pending.back());
+    pending.pop_back();
+    if (!seen.insert(current).second || !catalog_.HasTable(current)) continue;
+    for (const ds::ForeignKeyDef& key : catalog_.ForeignKeys(current)) {
+      const std::string parent = text::LCase(key.related_table);
+      if (parent == table) return true;
+      pending.push_back(parent);
+    }
+  }
+  return false;
+}
+
 void TableSchema::Relate(const std::string& parent, const std::string& child) {
+  if (parent == child) {
+    throw SetChildError("table: " + Quoted(child) +
+                        " can not be a child of itself");
+  }
+  if (IsAncestor(child, parent)) {
+    throw SetChildError("relation between: " + Quoted(parent) + " and " +
+                        Quoted(child) + " would close a cycle, " +
+                        Quoted(child) + " is already a parent of " +
+                        Quoted(parent));
+  }
   const std::vector<std::string> parent_keys = catalog_.PrimaryKey(parent);
   if (parent_keys.empty()) {
     throw SetChildError("in parent table: " + Quoted(parent) +

@@ -59,13 +59,18 @@ class TableSchema {
 
   // Makes `child` a child of `parent`: a foreign key named after the child
   // over the parent's key columns, cascading updates and deletes. Raises
-  // QvConnectionError 5 when the keys do not match.
+  // QvConnectionError 5 when the keys do not match, when `child` is `parent`
+  // or when `child` is already an ancestor of `parent` (a cycle would make
+  // every later insert into the tables fail).
   void Relate(const std::string& parent, const std::string& child);
 
   // Removes the relation; raises QvConnectionError 6 when there is none.
   void Unrelate(const std::string& parent, const std::string& child);
 
  private:
+  // True when `table` is a parent, grandparent ... of `of`.
+  bool IsAncestor(const std::string& table, const std::string& of) const;
+
   ds::DbConnection& con_;
   ds::DbCatalog catalog_;
 };

@@ -1,6 +1,10 @@
 #include "datasource/internal/connection_string.h"
 
+#include <sys/stat.h>
+
 #include <algorithm>
+#include <cerrno>
+#include <climits>
 #include <filesystem>
 #include <system_error>
 #include <vector>
@@ -102,6 +106,27 @@ ConnectionSettings ParseConnectionString(std::string_view s,
                 "no Data Source in connection string");
   }
   return settings;
+}
+
+void CheckPathUsable(std::string_view path, std::string_view source) {
+  if (path.find('\0') != std::string_view::npos) {
+    std::string shown;
+    for (char c : path)
+      shown += c == '\0' ? std::string("\\0") : std::string(1, c);
+    throw Error(dberr::kConnection, std::string(source),
+                "invalid path (NUL character): '" + shown + "'");
+  }
+  const std::string native = platform::FileSystem::ToNativePath(path);
+  bool too_long = native.size() >= PATH_MAX;
+  for (const fs::path& part : fs::path(native)) {
+    too_long = too_long || part.native().size() > NAME_MAX;
+  }
+  struct stat info;
+  if (too_long ||
+      (::stat(native.c_str(), &info) != 0 && errno == ENAMETOOLONG)) {
+    throw Error(dberr::kConnection, std::string(source),
+                "path too long: '" + std::string(path) + "'");
+  }
 }
 
 std::optional<std::string> FindPathIgnoringCase(std::string_view path) {

@@ -24,6 +24,12 @@ struct ConnectionSettings {
 ConnectionSettings ParseConnectionString(std::string_view connection_string,
                                          std::string_view source);
 
+// Raises kConnection "invalid path (NUL character): '<path>'" (the NUL
+// shown as \0) when `path` holds a NUL character, which the system would
+// take as its end, and "path too long: '<path>'" when the path or one of its
+// levels is longer than the system allows.
+void CheckPathUsable(std::string_view path, std::string_view source);
+
 // The path of an existing file system entry named by `path` (backslashes
 // taken as separators): `path` itself when it exists as written, otherwise
 // the entry found by matching each level without regard to letter case;

@@ -66,7 +66,7 @@ void Sync(const std::string& path, int flags) {
 void WriteCompactCopy(const std::string& path, const std::string& temp,
                       ProgressState& state) {
   SQLite::Database db(path, SQLite::OPEN_READWRITE,
-                      DbConnection::kBusyTimeoutMs);
+                      DbConnection::BusyTimeoutMs());
   if (*state.report)
     sqlite3_progress_handler(db.getHandle(), kProgressSteps, &OnProgress,
                              &state);

@@ -55,6 +55,11 @@ CreateTableText::Item ReadItem(const std::vector<SqlToken>& tokens,
     item.constraint_name = tokens[i + 1].text;
     i += 2;
   }
+  if (i + 1 < last && tokens[i].IsKeyword("PRIMARY") &&
+      tokens[i + 1].IsKeyword("KEY")) {
+    item.primary_key = true;
+    return item;
+  }
   if (i + 1 >= last || !tokens[i].IsKeyword("FOREIGN") ||
       !tokens[i + 1].IsKeyword("KEY")) {
     return item;

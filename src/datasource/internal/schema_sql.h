@@ -36,6 +36,7 @@ struct CreateTableText {
   struct Item {  // a column definition or a table constraint
     size_t begin = 0, end = 0;
     std::string constraint_name;  // "" when not named
+    bool primary_key = false;     // a PRIMARY KEY table constraint
     bool foreign_key = false;
     std::string related_table;         // foreign keys only
     std::vector<std::string> columns;  // foreign keys only
