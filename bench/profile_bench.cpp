@@ -117,12 +117,12 @@ void BM_WriteBytesAndRename(benchmark::State& state) {
   const std::string bytes = s.str();
   const std::string temporary = f.write_file + ".raw";
   for (auto _ : state) {
-    const int fd = ::open(temporary.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
-    const bool ok =
-        fd >= 0 &&
-        ::write(fd, bytes.data(), bytes.size()) ==
-            static_cast<ssize_t>(bytes.size()) &&
-        ::fsync(fd) == 0;
+    const int fd =
+        ::open(temporary.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
+    const bool ok = fd >= 0 &&
+                    ::write(fd, bytes.data(), bytes.size()) ==
+                        static_cast<ssize_t>(bytes.size()) &&
+                    ::fsync(fd) == 0;
     if (fd >= 0) ::close(fd);
     if (!ok || ::rename(temporary.c_str(), f.write_file.c_str()) != 0) {
       state.SkipWithError("raw write failed");

@@ -4,22 +4,19 @@
 // its value from the re-read file, and a deleted key no longer reads.
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "com/text.h"
+#include "fuzz_input.h"
 #include "platform/internal/profile_document.h"
 
 namespace {
 
+using qv::fuzz::Require;
 using qv::platform::internal::ProfileDocument;
 using qv::platform::internal::ProfileSectionView;
-
-void Require(bool condition) {
-  if (!condition) std::abort();
-}
 
 // The value of `key` in `section` as a fresh reader sees the bytes, or
 // nullptr.
@@ -38,9 +35,9 @@ const std::string* Lookup(const std::vector<ProfileSectionView>& sections,
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-  const std::string_view bytes(reinterpret_cast<const char*>(data), size);
-  ProfileDocument doc = ProfileDocument::FromBytes(bytes);
-  Require(doc.ToBytes() == bytes);
+  const std::string_view bytes = qv::fuzz::AsText(data, size);
+  ProfileDocument doc = ProfileDocument::FromBytes(std::string(bytes));
+  Require(doc.ToBytes() == bytes, "decoding and encoding keep the bytes");
   const std::vector<ProfileSectionView> sections = doc.Sections();
 
   // Write and delete a key whose section is the first section of the input
@@ -51,10 +48,11 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   written.SetValue(section, "qvKey", "wert ä");
   const auto reread = ProfileDocument::FromBytes(written.ToBytes()).Sections();
   const std::string* value = Lookup(reread, section, "qvKey");
-  Require(value != nullptr && *value == "wert ä");
+  Require(value != nullptr && *value == "wert ä", "a written key reads back");
 
   written.DeleteKey(section, "qvKey");
   Require(Lookup(ProfileDocument::FromBytes(written.ToBytes()).Sections(),
-                 section, "qvKey") == nullptr);
+                 section, "qvKey") == nullptr,
+          "a deleted key no longer reads");
   return 0;
 }

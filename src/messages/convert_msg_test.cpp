@@ -4,7 +4,6 @@
 
 #include <gtest/gtest.h>
 
-#include <fstream>
 #include <memory>
 #include <string>
 #include <vector>
@@ -13,7 +12,6 @@
 #include "com/error.h"
 #include "testing/expect_error.h"
 #include "testing/message_fakes.h"
-#include "testing/temp_dir.h"
 
 namespace qv {
 namespace {
@@ -203,46 +201,20 @@ TEST(ConvertMsgTest, QuantitiesFollowTheApplicationLanguage) {
   EXPECT_TRUE(boxes.shown.empty());
 }
 
-class CallHelpFileTest : public ::testing::Test {
- protected:
-  void SetUp() override {
-    help_file_ = dir_.File("qv.chm");
-    std::ofstream(help_file_) << "help";
-    app_.state().help_file = help_file_;
-    app_.state().main_window = 4711;
-  }
-
-  ::qv::testing::TempDir dir_;
-  std::string help_file_;
-  FakeAppContext app_;
-  MessageBoxRecorder boxes_;
-  HelpRecorder help_;
-};
-
-TEST_F(CallHelpFileTest, UsesTheApplicationsFileAndWindowWhenNotGiven) {
+TEST(CallHelpFileTest, ApplicationsFileAndWindowUnlessGivenMissingFileInABox) {
+  ::qv::testing::HelpFileScene scene(4711);
   CallHelpFile(60012);
-  CallHelpFile(7, 99, help_file_);
-  ASSERT_EQ(help_.requests.size(), 2u);
-  EXPECT_EQ(help_.requests[0].file, help_file_);
-  EXPECT_EQ(help_.requests[0].context_id, 60012);
-  EXPECT_EQ(help_.requests[0].window, 4711);
-  EXPECT_EQ(help_.requests[1].context_id, 7);
-  EXPECT_EQ(help_.requests[1].window, 99);
-  EXPECT_TRUE(boxes_.shown.empty());
-}
-
-TEST_F(CallHelpFileTest, MissingFileIsShownInACriticalBox) {
-  const std::string missing = dir_.File("none.chm");
+  CallHelpFile(7, 99, scene.file);
+  const std::string missing = scene.dir.File("none.chm");
   CallHelpFile(5, 0, missing);
-  app_.state().help_file = "";
-  CallHelpFile(5);
-  EXPECT_TRUE(help_.requests.empty());
-  ASSERT_EQ(boxes_.shown.size(), 2u);
-  EXPECT_EQ(boxes_.shown[0].text,
+  EXPECT_EQ(scene.help.requests,
+            (std::vector<HelpRecorder::Request>{{scene.file, 60012, 4711},
+                                                {scene.file, 7, 99}}));
+  ASSERT_EQ(scene.boxes.shown.size(), 1u);
+  EXPECT_EQ(scene.boxes.shown[0].text,
             "Finde die Hilfedatei\r\n" + missing + "\r\nnicht.");
-  EXPECT_EQ(boxes_.shown[0].title, "qv-software");
-  EXPECT_EQ(boxes_.shown[0].style, 16);
-  EXPECT_EQ(boxes_.shown[1].text, "Finde die Hilfedatei\r\n\r\nnicht.");
+  EXPECT_EQ(scene.boxes.shown[0].title, "qv-software");
+  EXPECT_EQ(scene.boxes.shown[0].style, 16);
 }
 
 TEST(GetPrintUnitTextTest, UnitOfTheSelectedQuantityForIndex0Only) {

@@ -4,7 +4,6 @@
 
 #include <gtest/gtest.h>
 
-#include <fstream>
 #include <memory>
 #include <string>
 #include <vector>
@@ -12,7 +11,6 @@
 #include "testing/callback_object.h"
 #include "testing/expect_error.h"
 #include "testing/message_fakes.h"
-#include "testing/temp_dir.h"
 
 namespace qv {
 namespace {
@@ -196,49 +194,29 @@ TEST_F(ErrListTest, RebindingAndDestroyingUnadviseTheOldGrid) {
   second_sink->Call("OnDClicked", {int32_t{0}, int32_t{0}});  // list is gone
 }
 
-class ErrListHelpTest : public ErrListTest {
- protected:
-  void SetUp() override {
-    help_file_ = dir_.File("qv.chm");
-    std::ofstream(help_file_) << "help";
-    app_.state().help_file = help_file_;
-    app_.state().main_window = 77;
-    list_->addError(*Msg(12, QvErrKindError, "zwölf"));
-    list_->set_QvTGrErr(grid_);
-  }
-
-  ::qv::testing::TempDir dir_;
-  std::string help_file_;
-  ::qv::testing::FakeAppContext app_;
-  ::qv::testing::MessageBoxRecorder boxes_;
-  ::qv::testing::HelpRecorder help_;
-};
-
-TEST_F(ErrListHelpTest, OpensTheMessagesContextAndMarksTheRequestHandled) {
+TEST_F(ErrListTest, HelpOpensTheMessagesContextOrShowsWhyNot) {
+  ::qv::testing::HelpFileScene scene(77);
+  list_->addError(*Msg(12, QvErrKindError, "zwölf"));
+  list_->set_QvTGrErr(grid_);
   EXPECT_EQ(GridEvent("OnHelp", {int32_t{0}, int32_t{1}, false}),
             Variant(true));
-  ASSERT_EQ(help_.requests.size(), 1u);
-  EXPECT_EQ(help_.requests[0].file, help_file_);
-  EXPECT_EQ(help_.requests[0].context_id, 60012);
-  EXPECT_EQ(help_.requests[0].window, 77);
-  EXPECT_TRUE(boxes_.shown.empty());
-}
-
-TEST_F(ErrListHelpTest, MissingFileOrMessageIsShownInABox) {
   current_row_ = 1;  // below the last message
   EXPECT_EQ(GridEvent("OnHelp", {int32_t{1}, int32_t{1}, false}),
             Variant(true));
-  app_.state().help_file = dir_.File("fehlt.chm");
+  scene.app.state().help_file = scene.dir.File("fehlt.chm");
   GridEvent("OnHelp", {int32_t{0}, int32_t{1}, false});
-  EXPECT_TRUE(help_.requests.empty());
-  ASSERT_EQ(boxes_.shown.size(), 2u);
-  EXPECT_EQ(boxes_.shown[0].text,
+  EXPECT_EQ(scene.help.requests,
+            (std::vector<::qv::testing::HelpRecorder::Request>{
+                {scene.file, 60012, 77}}));
+  ASSERT_EQ(scene.boxes.shown.size(), 2u);
+  EXPECT_EQ(scene.boxes.shown[0].text,
             "Der Meldung kann leider keine Hilfe zugeordnet werden.");
-  EXPECT_EQ(boxes_.shown[0].style, 64);
-  EXPECT_EQ(boxes_.shown[1].text, "Finde die Hilfedatei \r\n" +
-                                      dir_.File("fehlt.chm") + "\r\nnicht.");
-  EXPECT_EQ(boxes_.shown[1].style, 16);
-  EXPECT_EQ(boxes_.shown[1].title, "qv-software");
+  EXPECT_EQ(scene.boxes.shown[0].style, 64);
+  EXPECT_EQ(
+      scene.boxes.shown[1].text,
+      "Finde die Hilfedatei \r\n" + scene.dir.File("fehlt.chm") + "\r\nnicht.");
+  EXPECT_EQ(scene.boxes.shown[1].style, 16);
+  EXPECT_EQ(scene.boxes.shown[1].title, "qv-software");
 }
 
 }  // namespace

@@ -34,8 +34,8 @@ struct ParsedProfile {
   std::unordered_map<std::string, size_t> section_index;
   std::vector<std::unordered_map<std::string, size_t>> key_index;
 
-  explicit ParsedProfile(std::string_view bytes) {
-    for (auto& s : ProfileDocument::FromBytes(bytes).Sections()) {
+  explicit ParsedProfile(std::string bytes) {
+    for (auto& s : ProfileDocument::FromBytes(std::move(bytes)).Sections()) {
       section_index.emplace(text::LCase(s.name), sections.size());
       auto& keys = key_index.emplace_back();
       for (size_t i = 0; i < s.keys.size(); ++i) {
@@ -91,15 +91,15 @@ std::shared_ptr<const ParsedProfile> Load(const std::string& path) {
     }
   }
   const internal::UniqueFd fd(::open(path.c_str(), O_RDONLY | O_CLOEXEC));
-  struct stat before {}, after {};
+  struct stat before {
+  }, after{};
   if (!fd.valid() || ::fstat(fd.get(), &before) != 0) return nullptr;
-  const std::optional<std::string> bytes = internal::ReadAll(fd.get());
+  std::optional<std::string> bytes = internal::ReadAll(fd.get());
   if (!bytes || ::fstat(fd.get(), &after) != 0) return nullptr;
-  auto parsed = std::make_shared<const ParsedProfile>(*bytes);
+  auto parsed = std::make_shared<const ParsedProfile>(*std::move(bytes));
   const FileStamp stamp = internal::StampOf(after);
-  const bool settled =
-      RealTimeNs() - std::max(stamp.mtime_ns, stamp.ctime_ns) >
-      kTimestampGranularityNs;
+  const bool settled = RealTimeNs() - std::max(stamp.mtime_ns, stamp.ctime_ns) >
+                       kTimestampGranularityNs;
   if (settled && stamp == internal::StampOf(before)) {
     std::lock_guard<std::mutex> lock(cache.mutex);
     if (cache.entries.size() >= kMaxCachedFiles) cache.entries.clear();
@@ -150,9 +150,7 @@ bool Apply(ProfileDocument& doc, std::string_view section,
            std::optional<std::string_view> value) {
   if (!key) return doc.DeleteSection(section);
   if (!value) return doc.DeleteKey(section, *key);
-  const std::string before = doc.text();
-  doc.SetValue(section, *key, *value);
-  return doc.text() != before;
+  return doc.SetValue(section, *key, *value);
 }
 
 }  // namespace
@@ -164,9 +162,9 @@ std::string Profile::GetString(std::string_view file, std::string_view section,
   if (buffer_size == 0) return "";
   const auto parsed = Load(FileSystem::ToNativePath(file));
   const std::string* value = parsed ? parsed->Find(section, key) : nullptr;
-  return text::Left(value ? std::string_view(*value)
-                          : RTrimBlanks(default_value),
-                    buffer_size - 1);
+  return text::Left(
+      value ? std::string_view(*value) : RTrimBlanks(default_value),
+      buffer_size - 1);
 }
 
 int32_t Profile::GetInt(std::string_view file, std::string_view section,
@@ -207,18 +205,19 @@ bool Profile::WriteString(std::string_view file, std::string_view section,
         ProfileDocument doc;
         doc.SetValue(section, *key, *value);
         const auto result =
-            internal::WriteAtomically(path, doc.ToBytes(), nullptr);
+            internal::WriteAtomically(path, std::move(doc).ToBytes(), nullptr);
         if (result == internal::WriteResult::kExists) continue;  // raced
         return result == internal::WriteResult::kWritten;
       }
       case internal::LockResult::kLocked:
         break;
     }
-    const std::optional<std::string> bytes = internal::ReadAll(locked.fd.get());
+    std::optional<std::string> bytes = internal::ReadAll(locked.fd.get());
     if (!bytes) return false;
-    ProfileDocument doc = ProfileDocument::FromBytes(*bytes);
+    ProfileDocument doc = ProfileDocument::FromBytes(*std::move(bytes));
     if (!Apply(doc, section, key, value)) return true;
-    return internal::WriteAtomically(path, doc.ToBytes(), &locked.st) ==
+    return internal::WriteAtomically(path, std::move(doc).ToBytes(),
+                                     &locked.st) ==
            internal::WriteResult::kWritten;
   }
 }

@@ -9,25 +9,17 @@
 
 #include <chrono>
 #include <cstdlib>
-#include <fstream>
 #include <random>
-#include <sstream>
 #include <string>
 #include <thread>
 #include <vector>
 
 #include "platform/profile.h"
+#include "testing/file_bytes.h"
 #include "testing/temp_dir.h"
 
 namespace qv::platform {
 namespace {
-
-std::string Bytes(const std::string& file) {
-  std::ifstream in(file, std::ios::binary);
-  std::stringstream s;
-  s << in.rdbuf();
-  return s.str();
-}
 
 // Runs `work` in a child process; returns its pid.
 template <class F>
@@ -59,7 +51,8 @@ TEST(ProfileProcessTest, ConcurrentWritersLoseNoKey) {
   for (int w = 0; w < kWriters; ++w) {
     children.push_back(Spawn([&file, w] {
       for (int k = 0; k < kKeysEach; ++k) {
-        const std::string key = "w" + std::to_string(w) + "k" + std::to_string(k);
+        const std::string key =
+            "w" + std::to_string(w) + "k" + std::to_string(k);
         if (!Profile::WriteString(file, "Section " + std::to_string(k % 3), key,
                                   std::to_string(w * 10000 + k))) {
           return false;
@@ -78,9 +71,9 @@ TEST(ProfileProcessTest, ConcurrentWritersLoseNoKey) {
   EXPECT_EQ(keys, static_cast<size_t>(kWriters * kKeysEach));
   for (int w = 0; w < kWriters; ++w) {
     for (int k = 0; k < kKeysEach; ++k) {
-      ASSERT_EQ(Profile::GetInt(file, "section " + std::to_string(k % 3),
-                                "W" + std::to_string(w) + "K" + std::to_string(k),
-                                -1),
+      ASSERT_EQ(Profile::GetInt(
+                    file, "section " + std::to_string(k % 3),
+                    "W" + std::to_string(w) + "K" + std::to_string(k), -1),
                 w * 10000 + k)
           << "writer " << w << " key " << k;
     }
@@ -114,8 +107,8 @@ TEST(ProfileProcessTest, KilledWriterLeavesAWholeFileAndNoLock) {
       for (int n = 2;; ++n) {
         // Values of changing length, so that old and new files differ in
         // size as well as in content.
-        if (!Profile::WriteString(file, "S", "v",
-                                  std::string(n % 5, '0') + std::to_string(n))) {
+        if (!Profile::WriteString(
+                file, "S", "v", std::string(n % 5, '0') + std::to_string(n))) {
           return false;
         }
       }
@@ -125,7 +118,7 @@ TEST(ProfileProcessTest, KilledWriterLeavesAWholeFileAndNoLock) {
     ::kill(child, SIGKILL);
     ::waitpid(child, nullptr, 0);
 
-    const std::string bytes = Bytes(file);
+    const std::string bytes = testing::ReadFileBytes(file);
     ASSERT_TRUE(bytes.starts_with(head) && bytes.ends_with("\r\n"))
         << "trial " << trial << ": cut file of " << bytes.size() << " bytes";
     const std::string value =

@@ -7,13 +7,12 @@
 
 #include <algorithm>
 #include <filesystem>
-#include <fstream>
-#include <sstream>
 #include <optional>
 #include <string>
 #include <tuple>
 #include <vector>
 
+#include "testing/file_bytes.h"
 #include "testing/temp_dir.h"
 
 namespace qv::platform {
@@ -25,15 +24,8 @@ class ProfileTest : public ::testing::Test {
  protected:
   void SetUp() override { file_ = dir_.File("test.ini"); }
 
-  void Put(const std::string& bytes) {
-    std::ofstream(file_, std::ios::binary | std::ios::trunc) << bytes;
-  }
-  std::string Bytes() const {
-    std::ifstream in(file_, std::ios::binary);
-    std::stringstream s;
-    s << in.rdbuf();
-    return s.str();
-  }
+  void Put(const std::string& bytes) { testing::WriteFileBytes(file_, bytes); }
+  std::string Bytes() const { return testing::ReadFileBytes(file_); }
   std::vector<std::string> FolderEntries() const {
     std::vector<std::string> names;
     for (const auto& e : fs::directory_iterator(dir_.path())) {
@@ -88,7 +80,9 @@ TEST_F(ProfileTest, ReadsAsTheWindowsProfileFunctions) {
       {"[A]\na=1\r[S]\r\nk=mixed\n", "S", "k", "mixed"},
       // encodings and folded accented letters
       {"[Größe]\nk=\xC3\xA4\n", "GRÖßE", "K", "ä"},
-      {"[Gr\xD6\xDF" "e]\nk=\xE4\x80\n", "größe", "k", "ä€"},
+      {"[Gr\xD6\xDF"
+       "e]\nk=\xE4\x80\n",
+       "größe", "k", "ä€"},
       {"\xEF\xBB\xBF[S]\nk=bom\n", "S", "k", "bom"},
       // at most 1,023 characters
       {"[S]\nk=" + long_value + "\n", "S", "k", long_value.substr(0, 1023)},
@@ -97,8 +91,7 @@ TEST_F(ProfileTest, ReadsAsTheWindowsProfileFunctions) {
     Put(row.bytes);
     EXPECT_EQ(Profile::GetString(file_, row.section, row.key, "dflt"),
               row.expected)
-        << "file \"" << row.bytes << "\" [" << row.section << "] "
-        << row.key;
+        << "file \"" << row.bytes << "\" [" << row.section << "] " << row.key;
   }
 }
 
@@ -113,11 +106,19 @@ TEST_F(ProfileTest, DefaultsAndBufferSizes) {
 
 TEST_F(ProfileTest, ReadsIntegersAsTheWindowsFunction) {
   const std::vector<std::pair<std::string, int32_t>> rows = {
-      {"42", 42},           {"  -17", -17},      {"+7", 7},
-      {"42A9", 42},         {"B42", 0},          {"", 0},
-      {"0x10", 0},          {"\"12\"", 12},      {"- 5", 0},
-      {"4294967297", 1},    {"2147483648", INT32_MIN},
-      {"-2147483649", INT32_MAX},                {"007", 7},
+      {"42", 42},
+      {"  -17", -17},
+      {"+7", 7},
+      {"42A9", 42},
+      {"B42", 0},
+      {"", 0},
+      {"0x10", 0},
+      {"\"12\"", 12},
+      {"- 5", 0},
+      {"4294967297", 1},
+      {"2147483648", INT32_MIN},
+      {"-2147483649", INT32_MAX},
+      {"007", 7},
   };
   for (const auto& [value, expected] : rows) {
     Put("[S]\nk=" + value + "\n");
@@ -137,7 +138,8 @@ struct WriteRow {
 };
 
 TEST_F(ProfileTest, WritesOnlyTheLinesTheyConcern) {
-  const std::string odd = "; head\r\n\r\n[A]\r\n  a = 1 ; x\r\nodd line\r\n\r\n";
+  const std::string odd =
+      "; head\r\n\r\n[A]\r\n  a = 1 ; x\r\nodd line\r\n\r\n";
   const std::vector<WriteRow> rows = {
       // new file: CR LF; then a key appended, then a section
       {"", "S", "k", "v", "[S]\r\nk=v\r\n"},
@@ -175,8 +177,8 @@ TEST_F(ProfileTest, WritesOnlyTheLinesTheyConcern) {
     if (row.value) value = *row.value;
     EXPECT_TRUE(Profile::WriteString(file_, row.section, key, value))
         << "file \"" << row.before << "\"";
-    EXPECT_EQ(Bytes(), row.after) << "file \"" << row.before << "\" ["
-                                  << row.section << "]";
+    EXPECT_EQ(Bytes(), row.after)
+        << "file \"" << row.before << "\" [" << row.section << "]";
     EXPECT_EQ(FolderEntries(), std::vector<std::string>{"test.ini"});
   }
 }
@@ -192,8 +194,8 @@ TEST_F(ProfileTest, RefusedWritesLeaveEverythingAsItWas) {
   EXPECT_FALSE(Profile::WriteString(missing_folder, "S", "k", "v"));
   EXPECT_FALSE(fs::exists(dir_.File("nope")));
   Put("[S]\nk=v\n");
-  for (const auto& [section, key, value] : std::vector<
-           std::tuple<std::string, std::string, std::string>>{
+  for (const auto& [section, key, value] :
+       std::vector<std::tuple<std::string, std::string, std::string>>{
            {"S", "k", "two\nlines"},
            {"S", "k", "cr\r"},
            {"S\nT", "k", "v"},
@@ -211,7 +213,8 @@ TEST_F(ProfileTest, WritesKeepPermissionsAndLinksAndReplaceTheFile) {
   Put("[S]\nk=v\n");
   fs::permissions(file_, fs::perms::owner_read | fs::perms::owner_write |
                              fs::perms::group_read);
-  struct stat before {}, after {};
+  struct stat before {
+  }, after{};
   ASSERT_EQ(::stat(file_.c_str(), &before), 0);
   ASSERT_TRUE(Write("S", "k", "w"));
   ASSERT_EQ(::stat(file_.c_str(), &after), 0);

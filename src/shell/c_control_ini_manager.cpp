@@ -104,7 +104,8 @@ bool CControlIniManager::SaveExpanded(const ObjectPtr& first,
   for (ObjectPtr node = first; node; node = Member(*node, "Next")) {
     if (!node->Get("Expanded").ToBoolean()) continue;
     const ObjectPtr child = Member(*node, "Child");
-    const std::string key = std::to_string(node->Get("Index").ToLong()) + "Node";
+    const std::string key =
+        std::to_string(node->Get("Index").ToLong()) + "Node";
     if (!Ini().WriteString(sSection, key, ChildList(child)) ||
         !SaveExpanded(child, sSection)) {
       return false;
@@ -124,8 +125,8 @@ bool CControlIniManager::SaveTreeView(const Variant& tvwTreeView,
   }
   bool ok = Ini().DeleteKey(sSection, "NoNodes");
   const ObjectPtr any = nodes->Call("Item", {int32_t{1}}).ToObject();
-  const ObjectPtr first =
-      Required(Member(*Required(Member(*Required(any), "Root")), "FirstSibling"));
+  const ObjectPtr first = Required(
+      Member(*Required(Member(*Required(any), "Root")), "FirstSibling"));
   ok = ok && Ini().WriteString(sSection, "RootNodes", ChildList(first)) &&
        SaveExpanded(first, sSection);
   const ObjectPtr selected = Member(*tree, "SelectedItem");
@@ -139,9 +140,8 @@ void CControlIniManager::ExpandList(const std::string& list,
                                     const std::string& sSection,
                                     std::set<int32_t>& visited) {
   const auto misfit = [&] {
-    return Error::Object1000("Falsche Angaben in der Ini-Datei " +
-                             IniFile() + " Section " + sSection + " Key " +
-                             key);
+    return Error::Object1000("Falsche Angaben in der Ini-Datei " + IniFile() +
+                             " Section " + sSection + " Key " + key);
   };
   const int32_t count = nodes.Get("Count").ToLong();
   for (const std::string& entry : text::Split(list, ";")) {
@@ -154,10 +154,10 @@ void CControlIniManager::ExpandList(const std::string& list,
     }
     const ObjectPtr node = Required(nodes.Call("Item", {*index}).ToObject());
     const ObjectPtr parent = Member(*node, "Parent");
-    const bool fits = parent ? !parent_index.IsEmpty() &&
-                                   parent->Get("Index").ToLong() ==
-                                       parent_index.ToLong()
-                             : parent_index.IsEmpty();
+    const bool fits =
+        parent ? !parent_index.IsEmpty() &&
+                     parent->Get("Index").ToLong() == parent_index.ToLong()
+               : parent_index.IsEmpty();
     if (!fits) throw misfit();
     const bool expand = parts[1] == "1";
     node->Let("Expanded", expand);

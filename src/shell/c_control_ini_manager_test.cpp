@@ -5,9 +5,7 @@
 
 #include <gtest/gtest.h>
 
-#include <fstream>
 #include <memory>
-#include <sstream>
 #include <string>
 #include <utility>
 #include <vector>
@@ -16,6 +14,7 @@
 #include "platform/display.h"
 #include "testing/callback_object.h"
 #include "testing/expect_error.h"
+#include "testing/file_bytes.h"
 #include "testing/temp_dir.h"
 
 namespace qv {
@@ -88,7 +87,8 @@ class FakeTree {
       return Variant(static_cast<bool>(expanded_[i]));
     });
     node->On("Child", [this, i](InvokeKind, Args) { return Find(i, 0); });
-    node->On("Next", [this, i](InvokeKind, Args) { return Find(parent_[i], i); });
+    node->On("Next",
+             [this, i](InvokeKind, Args) { return Find(parent_[i], i); });
     node->On("FirstSibling",
              [this, i](InvokeKind, Args) { return Find(parent_[i], 0); });
     node->On("Parent", [this, i](InvokeKind, Args) {
@@ -100,7 +100,8 @@ class FakeTree {
       while (parent_[root] != 0) root = parent_[root];
       return Variant(ObjectPtr(nodes_[root]));
     });
-    node->On("FullPath", [this, i](InvokeKind, Args) { return Variant(Path(i)); });
+    node->On("FullPath",
+             [this, i](InvokeKind, Args) { return Variant(Path(i)); });
     return node;
   }
 
@@ -149,15 +150,8 @@ class CControlIniManagerTest : public ::testing::Test {
   }
   void TearDown() override { platform::Display::Reset(); }
 
-  std::string Bytes() const {
-    std::ifstream in(file_, std::ios::binary);
-    std::stringstream s;
-    s << in.rdbuf();
-    return s.str();
-  }
-  void Put(const std::string& bytes) {
-    std::ofstream(file_, std::ios::binary | std::ios::trunc) << bytes;
-  }
+  std::string Bytes() const { return testing::ReadFileBytes(file_); }
+  void Put(const std::string& bytes) { testing::WriteFileBytes(file_, bytes); }
   // Calls `member` with the control and an empty section argument by
   // reference; returns the result and the section handed back.
   std::pair<Variant, std::string> Call(const std::string& member,
@@ -186,7 +180,7 @@ TEST_F(CControlIniManagerTest, SavesAndRestoresAForm) {
   const auto moves = form_->CallsTo("Move");
   ASSERT_EQ(moves.size(), 1u);
   EXPECT_EQ(moves[0].args, (std::vector<Variant>{int32_t{10}, int32_t{20},
-                                                  int32_t{300}, int32_t{200}}));
+                                                 int32_t{300}, int32_t{200}}));
 }
 
 TEST_F(CControlIniManagerTest, CentresAFormNeverSaved) {
@@ -227,13 +221,17 @@ TEST_F(CControlIniManagerTest, TreeWithoutNodesAndTreeWithoutState) {
 }
 
 TEST_F(CControlIniManagerTest, StoredListsThatDoNotFitTheTreeRaise) {
-  const std::string prefix = "Falsche Angaben in der Ini-Datei " + file_ +
-                             " Section tvwRooms Key ";
+  const std::string prefix =
+      "Falsche Angaben in der Ini-Datei " + file_ + " Section tvwRooms Key ";
   const std::vector<std::pair<std::string, std::string>> rows = {
-      {"RootNodes=9,1", "RootNodes"},   {"RootNodes=0,0", "RootNodes"},
-      {"RootNodes=2,0", "RootNodes"},   {"RootNodes=1,2", "RootNodes"},
-      {"RootNodes=x,1", "RootNodes"},   {"RootNodes=1,1;", "RootNodes"},
-      {"RootNodes=1", "RootNodes"},     {"RootNodes=1,1\r\n1Node=6,0", "1Node"},
+      {"RootNodes=9,1", "RootNodes"},
+      {"RootNodes=0,0", "RootNodes"},
+      {"RootNodes=2,0", "RootNodes"},
+      {"RootNodes=1,2", "RootNodes"},
+      {"RootNodes=x,1", "RootNodes"},
+      {"RootNodes=1,1;", "RootNodes"},
+      {"RootNodes=1", "RootNodes"},
+      {"RootNodes=1,1\r\n1Node=6,0", "1Node"},
       {"RootNodes=1,1\r\n1Node=2,1\r\n2Node=1,1", "2Node"},
   };
   for (const auto& [stored, key] : rows) {

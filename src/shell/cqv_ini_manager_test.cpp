@@ -5,13 +5,12 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
-#include <fstream>
-#include <sstream>
 #include <string>
 #include <vector>
 
 #include "com/class_factory.h"
 #include "testing/expect_error.h"
+#include "testing/file_bytes.h"
 #include "testing/temp_dir.h"
 
 namespace qv {
@@ -26,12 +25,7 @@ class CqvIniManagerTest : public ::testing::Test {
     ini_ = CreateObject("qvglobal10.CqvIniManager");
     ini_->Let("IniFile", file_);
   }
-  std::string Bytes() const {
-    std::ifstream in(file_, std::ios::binary);
-    std::stringstream s;
-    s << in.rdbuf();
-    return s.str();
-  }
+  std::string Bytes() const { return testing::ReadFileBytes(file_); }
 
   testing::TempDir dir_;
   std::string file_;

@@ -1,5 +1,7 @@
 #include "testing/message_fakes.h"
 
+#include <fstream>
+
 #include "messages/app_context.h"
 #include "platform/help_viewer.h"
 #include "platform/message_box.h"
@@ -53,5 +55,11 @@ FakeAppContext::FakeAppContext() : state_(std::make_shared<State>()) {
 }
 
 FakeAppContext::~FakeAppContext() { AppContext::Install(nullptr); }
+
+HelpFileScene::HelpFileScene(int32_t window) : file(dir.File("qv.chm")) {
+  std::ofstream(file) << "help";
+  app.state().help_file = file;
+  app.state().main_window = window;
+}
 
 }  // namespace qv::testing

@@ -20,6 +20,7 @@
 #include <vector>
 
 #include "central/qv_language.h"
+#include "testing/temp_dir.h"
 
 namespace qv::testing {
 
@@ -48,6 +49,7 @@ class HelpRecorder {
     std::string file;
     int32_t context_id;
     int64_t window;
+    bool operator==(const Request&) const = default;
   };
 
   HelpRecorder();
@@ -76,6 +78,18 @@ class FakeAppContext {
 
  private:
   std::shared_ptr<State> state_;
+};
+
+// An application whose help file `file` exists and whose main window has the
+// handle `window`, with boxes and help requests captured.
+struct HelpFileScene {
+  explicit HelpFileScene(int32_t window);
+
+  TempDir dir;
+  std::string file;
+  FakeAppContext app;
+  MessageBoxRecorder boxes;
+  HelpRecorder help;
 };
 
 }  // namespace qv::testing

@@ -63,7 +63,8 @@ void Show(const IniArgs& a) {
 }
 
 void AddIniCommand(CLI::App& app) {
-  CLI::App* ini = app.add_subcommand("ini", "Read and write INI settings files");
+  CLI::App* ini =
+      app.add_subcommand("ini", "Read and write INI settings files");
   ini->require_subcommand(1);
   auto a = std::make_shared<IniArgs>();
 
@@ -82,8 +83,8 @@ void AddIniCommand(CLI::App& app) {
   set->add_option("KEY", a->key)->required();
   set->add_option("VALUE", a->value)->required();
   set->callback([a] {
-    RequireWritten(
-        Profile::WriteString(a->file, a->section, a->key, a->value), a->file);
+    RequireWritten(Profile::WriteString(a->file, a->section, a->key, a->value),
+                   a->file);
   });
 
   CLI::App* del = ini->add_subcommand("delete", "Delete a key or a section");
@@ -93,8 +94,8 @@ void AddIniCommand(CLI::App& app) {
   del->callback([a] {
     std::optional<std::string_view> key;
     if (!a->key.empty()) key = a->key;
-    RequireWritten(
-        Profile::WriteString(a->file, a->section, key, std::nullopt), a->file);
+    RequireWritten(Profile::WriteString(a->file, a->section, key, std::nullopt),
+                   a->file);
   });
 
   CLI::App* show =
@@ -160,8 +161,9 @@ void ShowSettings(DemoContext& ctx) {
   control.LoadForm(Variant(ObjectPtr(form)), section);
   ctx.out << "  after saving and reopening:     " << form->Describe() << '\n';
   ctx.out << "  qv ini show demo.ini:\n";
-  PrintSections(ctx.out, Profile::ReadSections(file).value_or(
-                             std::vector<platform::ProfileSection>{}),
+  PrintSections(ctx.out,
+                Profile::ReadSections(file).value_or(
+                    std::vector<platform::ProfileSection>{}),
                 "    ", "");
 }
 

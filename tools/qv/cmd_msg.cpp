@@ -30,6 +30,7 @@
 #include "messages/cqv_err_msg.h"
 #include "platform/message_box.h"
 #include "qv/command_registry.h"
+#include "qv/tool_text.h"
 
 namespace qv::tool {
 namespace {
@@ -102,27 +103,31 @@ std::string Convert(const std::string& text,
   ConversionScope scope(language);
   std::string result = ConvertMsg(text, values);
   if (!scope.boxes.empty()) throw Error::Object1000(Lines(scope.boxes));
-  return Lines(result);
+  return EscapeControlsKeepLines(Lines(result));
 }
 
+// Names and units come from a catalogue file: printed with control
+// characters escaped.
 void PrintEntry(const PropertyDef& d) {
+  const auto e = [](const std::string& s) { return EscapeControls(s); };
   std::cout << fmt::format(
       "number     {:03d}\nname       {} / {}\nunit       {}\n"
       "display    {} / {}\nconversion value * {} + {}\ndecimals   {}\n",
-      d.number, d.name_de, d.name_en, d.unit, d.unit_de, d.unit_en,
-      FormatDouble(d.factor), FormatDouble(d.offset), d.decimals);
+      d.number, e(d.name_de), e(d.name_en), e(d.unit), e(d.unit_de),
+      e(d.unit_en), FormatDouble(d.factor), FormatDouble(d.offset), d.decimals);
 }
 
 void PrintProperties(const std::string& number) {
   const auto catalog = PropertyCatalog::Default();
   if (!number.empty()) return PrintEntry(catalog->Find(number));
-  std::cout << "catalogue: " << catalog->source() << '\n'
+  std::cout << "catalogue: " << EscapeControls(catalog->source()) << '\n'
             << fmt::format("no.  {:<42} {:<28} {:<9}    {:<9} {}\n", "name",
                            "English name", "unit", "display", "decimals");
   for (const auto& [n, d] : catalog->entries()) {
     std::cout << fmt::format("{:03d}  {:<42} {:<28} {:<9} -> {:<9} {}\n", n,
-                             d.name_de, d.name_en, d.unit, d.unit_de,
-                             d.decimals);
+                             EscapeControls(d.name_de),
+                             EscapeControls(d.name_en), EscapeControls(d.unit),
+                             EscapeControls(d.unit_de), d.decimals);
   }
 }
 

@@ -70,18 +70,18 @@ TEST_F(QvIniToolTest, MissingFilesAndFailedWritesExitWithStatus1) {
 }
 
 TEST_F(QvIniToolTest, DemoRestoresASavedForm) {
-  const ToolRun run =
-      ::qv::testing::RunTool(QVGLOBAL_QV_TOOL, "demo --dir '" + dir_.path() + "'");
+  const ToolRun run = ::qv::testing::RunTool(
+      QVGLOBAL_QV_TOOL, "demo --dir '" + dir_.path() + "'");
   EXPECT_EQ(run.status, 0) << run.err;
-  for (const char* line : {
-           "  a form never saved opens centred: left 640, top 300, 640 x 480\n",
-           "  after saving and reopening:     left 40, top 30, 800 x 600\n",
-           "      Raster=-1\n"}) {
+  for (const char* line :
+       {"  a form never saved opens centred: left 640, top 300, 640 x 480\n",
+        "  after saving and reopening:     left 40, top 30, 800 x 600\n",
+        "      Raster=-1\n"}) {
     EXPECT_NE(run.out.find(line), std::string::npos) << line;
   }
-  EXPECT_EQ(::qv::testing::RunTool(QVGLOBAL_QV_TOOL,
-                                   "ini get '" + dir_.File("demo.ini") +
-                                       "' frmDemo width")
+  EXPECT_EQ(::qv::testing::RunTool(
+                QVGLOBAL_QV_TOOL,
+                "ini get '" + dir_.File("demo.ini") + "' frmDemo width")
                 .out,
             "800\n");
 }

@@ -272,9 +272,11 @@ void RecordWriter::CollectDataChildren(const std::string& table,
     const bool child_del = del && fk.delete_rule == kAdRiCascade;
     const bool child_upd = upd && fk.update_rule == kAdRiCascade;
     if (!child_del && !child_upd) continue;
-    if (std::any_of(seen.begin(), seen.end(), [&](const std::string& s) {
-          return EqualsNoCase(s, child);
-        })) {
+    // clang 14 (the fuzz build) cannot capture a structured binding itself.
+    if (std::any_of(seen.begin(), seen.end(),
+                    [&name = child](const std::string& s) {
+                      return EqualsNoCase(s, name);
+                    })) {
       continue;
     }
     seen.push_back(child);

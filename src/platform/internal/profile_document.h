@@ -40,20 +40,23 @@ class ProfileDocument {
   // An empty document of a new file: UTF-8, CR LF line ends.
   ProfileDocument();
   // The document of a file's bytes.
-  static ProfileDocument FromBytes(std::string_view bytes);
+  static ProfileDocument FromBytes(std::string bytes);
 
   // The file's bytes in the document's encoding. A Windows-1252 document
   // whose text holds a character that code page cannot hold is written as
   // UTF-8 (without a byte order mark) instead.
-  std::string ToBytes() const;
+  std::string ToBytes() const&;
+  // The same, taking the text over where it needs no encoding.
+  std::string ToBytes() &&;
 
   // The sections in file order, each name once (the first occurrence).
   std::vector<ProfileSectionView> Sections() const;
 
   // Sets `key` in `section` to `value`: replaces the first matching key's
   // line, or adds the key after the last non-blank line of the first
-  // matching section, or adds the section with the key at the end.
-  void SetValue(std::string_view section, std::string_view key,
+  // matching section, or adds the section with the key at the end. Returns
+  // false when the key's line already read exactly so (nothing changed).
+  bool SetValue(std::string_view section, std::string_view key,
                 std::string_view value);
   // Removes every line of the first matching section that holds `key`.
   // Returns false when there was none (the document is unchanged).
@@ -66,9 +69,9 @@ class ProfileDocument {
 
  private:
   struct Line {
-    size_t begin;    // first byte of the line
-    size_t end;      // one past its last byte before the line end
-    size_t next;     // first byte of the following line
+    size_t begin;  // first byte of the line
+    size_t end;    // one past its last byte before the line end
+    size_t next;   // first byte of the following line
   };
   // The lines of one section: its header and the lines up to the next one.
   struct SectionRange {

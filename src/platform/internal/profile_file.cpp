@@ -46,8 +46,8 @@ std::string WriteTemporary(const std::string& path, std::string_view bytes,
   UniqueFd fd;
   for (int attempt = 0; attempt < 100 && !fd.valid(); ++attempt) {
     name = TemporaryName(path);
-    fd = UniqueFd(::open(name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC,
-                         0666));
+    fd = UniqueFd(
+        ::open(name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666));
     if (!fd.valid() && errno != EEXIST) return "";
   }
   if (!fd.valid()) return "";
@@ -55,9 +55,9 @@ std::string WriteTemporary(const std::string& path, std::string_view bytes,
     // Only a privileged process may give the file away; others keep it.
     (void)!::fchown(fd.get(), replaced->st_uid, replaced->st_gid);
   }
-  const bool ok =
-      (replaced == nullptr || ::fchmod(fd.get(), replaced->st_mode & 07777) == 0) &&
-      WriteAll(fd.get(), bytes) && ::fsync(fd.get()) == 0;
+  const bool ok = (replaced == nullptr ||
+                   ::fchmod(fd.get(), replaced->st_mode & 07777) == 0) &&
+                  WriteAll(fd.get(), bytes) && ::fsync(fd.get()) == 0;
   if (!ok) {
     ::unlink(name.c_str());
     return "";
@@ -86,18 +86,26 @@ UniqueFd& UniqueFd::operator=(UniqueFd&& other) noexcept {
 }
 
 std::optional<std::string> ReadAll(int fd) {
-  std::string bytes;
-  char buffer[65536];
-  for (off_t offset = 0;;) {
-    const ssize_t n = ::pread(fd, buffer, sizeof buffer, offset);
+  // Read straight into the string, sized for the file as it is now (one
+  // byte more, so that reaching the end needs no second round).
+  struct stat st {};
+  const size_t expected =
+      ::fstat(fd, &st) == 0 ? static_cast<size_t>(st.st_size) + 1 : 65536;
+  std::string bytes(expected, '\0');
+  size_t length = 0;
+  for (;;) {
+    if (length == bytes.size()) bytes.resize(bytes.size() * 2);
+    const ssize_t n = ::pread(fd, bytes.data() + length, bytes.size() - length,
+                              static_cast<off_t>(length));
     if (n < 0) {
       if (errno == EINTR) continue;
       return std::nullopt;
     }
-    if (n == 0) return bytes;
-    bytes.append(buffer, static_cast<size_t>(n));
-    offset += n;
+    if (n == 0) break;
+    length += static_cast<size_t>(n);
   }
+  bytes.resize(length);
+  return bytes;
 }
 
 LockResult LockExisting(const std::string& path, LockedFile& out) {
@@ -112,7 +120,8 @@ LockResult LockExisting(const std::string& path, LockedFile& out) {
     while (::flock(fd.get(), LOCK_EX) != 0) {
       if (errno != EINTR) return LockResult::kFailed;
     }
-    struct stat locked {}, named {};
+    struct stat locked {
+    }, named{};
     if (::fstat(fd.get(), &locked) != 0) return LockResult::kFailed;
     if (::stat(path.c_str(), &named) != 0) {
       if (errno == ENOENT) return LockResult::kMissing;
