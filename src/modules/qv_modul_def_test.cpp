@@ -12,34 +12,6 @@
 namespace qv {
 namespace {
 
-TEST(CQvModulDefTest, FieldsInDeclarationOrder) {
-  std::vector<std::string> names;
-  for (const MemberInfo& m : CQvModulDef::StaticClassInfo().members()) {
-    names.push_back(m.name);
-  }
-  EXPECT_EQ(names, (std::vector<std::string>{
-                       "m_eModul",
-                       "m_sDescription",
-                       "m_sQvSpecDesc",
-                       "m_sExtension",
-                       "m_aModuls",
-                       "m_aCatalogs",
-                       "m_bMulti",
-                       "m_bIsModulWithBearbeitungsstand",
-                       "m_bIsModulToCopyFromUser",
-                       "m_bIsVisibleInTree",
-                       "m_bIsModulWithBearbeitungsaenderungen",
-                       "m_bStartShowFullSize",
-                       "m_aQuickClicks",
-                       "m_sRLTCalcModulClass",
-                       "m_bND",
-                       "m_eStartSize",
-                       "m_sStartSizeWidth",
-                       "m_sStartSizeHeight",
-                       "m_bShowPicInDX",
-                   }));
-}
-
 TEST(CQvModulDefTest, FieldsByNameConvertAndCopyArrays) {
   ObjectPtr def = CreateObject("qvglobal10.CQvModulDef");
   EXPECT_TRUE(def->Get("m_aModuls").IsEmpty());

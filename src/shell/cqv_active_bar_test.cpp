@@ -137,7 +137,7 @@ TEST(CQVActiveBarTest, MembershipTestsUseTheirOwnCaseRules) {
   }
 }
 
-TEST(CQVActiveBarTest, InterfaceListsTheNamesThenTheMethodsInOrder) {
+TEST(CQVActiveBarTest, ToolNamesByName) {
   ObjectPtr bar = CreateObject("QVGLOBAL10.cqvactivebar");
   const std::vector<std::pair<std::string, std::string>> names = {
       {"MNU_CUT_TOOLNAME", "tCut"},
@@ -158,20 +158,9 @@ TEST(CQVActiveBarTest, InterfaceListsTheNamesThenTheMethodsInOrder) {
       {"MNU_ROWINSERT_TOOLNAME", "tRowInsert"},
       {"MNU_QVABVERSION_TOOLNAME", "tQvABVersion"},
   };
-  const auto& members = bar->GetClassInfo().members();
-  ASSERT_EQ(members.size(), names.size() + 4);
-  for (size_t i = 0; i < names.size(); ++i) {
-    EXPECT_EQ(members[i].name, names[i].first);
-    EXPECT_EQ(members[i].id, static_cast<int32_t>(i + 1));
-    EXPECT_EQ(members[i].KindsText(), "get");
-    EXPECT_EQ(bar->Get(names[i].first), Variant(names[i].second));
+  for (const auto& [name, value] : names) {
+    EXPECT_EQ(bar->Get(name), Variant(value)) << name;
   }
-  EXPECT_EQ(members[17].name, "ARRAY_TOOLNAMES");
-  EXPECT_EQ(members[18].name, "IsToolInArrayToolnames");
-  EXPECT_EQ(members[19].name, "IsCMToolName");
-  EXPECT_EQ(members[20].name, "ABKeyCodeToSendKeyStr");
-  EXPECT_EQ(members[20].method.param_types,
-            std::vector<std::string>{"Integer&"});
 }
 
 TEST(CQVActiveBarTest, DispatchReachesMembersByNameOnly) {
