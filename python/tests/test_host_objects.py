@@ -1,12 +1,14 @@
 """Python objects handed to the library and called by it by member name,
-through the bridge's test probe "PyBridge.Probe", whose CallHost invokes a
-member of a host object the way the library calls a grid or a form."""
+through the bridge's test probe "PyBridge.Probe" (registered by the test
+module qvglobal_probe), whose CallHost invokes a member of a host object the
+way the library calls a grid or a form."""
 
 import gc
 import unittest
 import weakref
 
 import qvglobal
+import qvglobal_probe  # noqa: F401  registers "PyBridge.Probe"
 
 METHOD, GET, LET, SET = 1, 2, 4, 8
 

@@ -7,9 +7,11 @@
 //   ClassInfo CQVActiveBar::BuildClassInfo() {
 //     return ClassBuilder<CQVActiveBar>("CQVActiveBar")
 //         .Get("MNU_CUT_TOOLNAME", &CQVActiveBar::MNU_CUT_TOOLNAME)
-//         .Method("ABKeyCodeToSendKeyStr", &CQVActiveBar::ABKeyCodeToSendKeyStr)
-//         .Build();
+//         .Method("ABKeyCodeToSendKeyStr",
+//         &CQVActiveBar::ABKeyCodeToSendKeyStr) .Build();
 //   }
+// Threads: a ClassBuilder is a local of the one BuildClassInfo call that uses
+// it; the ClassInfo it builds is read-only afterwards.
 #ifndef QVGLOBAL_COM_DISPATCH_H_
 #define QVGLOBAL_COM_DISPATCH_H_
 
@@ -100,8 +102,8 @@ const char* TypeName() {
 }
 
 template <class P>
-constexpr bool kByRef =
-    std::is_lvalue_reference_v<P> && !std::is_const_v<std::remove_reference_t<P>>;
+constexpr bool kByRef = std::is_lvalue_reference_v<P> &&
+                        !std::is_const_v<std::remove_reference_t<P>>;
 
 // Signature of a callable taking the object as its first parameter (the
 // call operator of a lambda; the object parameter is dropped).
@@ -235,8 +237,8 @@ class ClassBuilder {
   ClassBuilder& Field(std::string_view name, V T::*field) {
     MemberInfo& m = info_.Upsert(name);
     m.get = Make([field](T& self) -> V { return self.*field; }, {});
-    auto put = Make([field](T& self, V value) { self.*field = std::move(value); },
-                    {});
+    auto put =
+        Make([field](T& self, V value) { self.*field = std::move(value); }, {});
     constexpr bool kObject = dispatch::IsSharedPtr<V>::value;
     constexpr bool kVariant = std::is_same_v<V, Variant>;
     if (!kObject) m.let = put;

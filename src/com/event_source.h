@@ -9,6 +9,8 @@
 // by name alone shares every slot with the sinks. Raising an event with no
 // sink does nothing. The source holds its sinks strongly until they are
 // unadvised.
+// Threads: an EventSource belongs to its object and is used by the thread that
+// uses the object; sinks are called on the raising thread. It takes no locks.
 #ifndef QVGLOBAL_COM_EVENT_SOURCE_H_
 #define QVGLOBAL_COM_EVENT_SOURCE_H_
 

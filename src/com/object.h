@@ -3,6 +3,10 @@
 // member is reached by name through Invoke; classes of the library describe
 // their members once in a ClassInfo (see dispatch.h), hosts may override
 // Invoke instead. Objects are always held by std::shared_ptr.
+// Threads: objects take no locks: an object is used by one thread at a time;
+// different objects may be used on different threads at once. Holding an object
+// by std::shared_ptr from several threads is safe (the reference count is
+// atomic); calling it from several threads at once is not.
 #ifndef QVGLOBAL_COM_OBJECT_H_
 #define QVGLOBAL_COM_OBJECT_H_
 

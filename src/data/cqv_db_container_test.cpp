@@ -9,11 +9,12 @@
 #include "com/class_factory.h"
 #include "com/text.h"
 #include "data/cqv_connection.h"
-#include "data/db_password.h"
+#include "data/internal/db_password.h"
 #include "data/qv_project.h"
 #include "datasource/db_connection.h"
 #include "datasource/qv_recordset.h"
 #include "testing/expect_error.h"
+#include "testing/room_schema.h"
 #include "testing/temp_dir.h"
 
 namespace qv {
@@ -41,8 +42,8 @@ class CQvDbContainerTest : public ::testing::Test {
 TEST_F(CQvDbContainerTest, PathsDifferingInCaseOrBlanksShareOneConnection) {
   const std::string file = NewProject(QvDbCatalogTypeLocal);
   auto first = container_.getQvProjectConnection(file);
-  auto second = container_.getQvProjectConnection("  " + text::UCase(file) +
-                                                  " ");
+  auto second =
+      container_.getQvProjectConnection("  " + text::UCase(file) + " ");
   ASSERT_TRUE(first);
   EXPECT_EQ(first, second);
   EXPECT_EQ(container_.OpenCount(), 1);
@@ -60,10 +61,10 @@ TEST_F(CQvDbContainerTest, ClosingUnknownConnectionsFails) {
   const std::string file = NewProject(QvDbCatalogTypeLocal);
   CQvDbContainer other;
   auto foreign = other.getQvProjectConnection(file);
-  EXPECT_TRUE(RaisesError([&] { container_.closeQvConnection(foreign); }, 3,
-                          "CQvDBContainer: unknown CQvConnection. Path :" +
-                              text::LCase(file),
-                          "CQvDBContainer.closeQvConnection"));
+  EXPECT_TRUE(RaisesError(
+      [&] { container_.closeQvConnection(foreign); }, 3,
+      "CQvDBContainer: unknown CQvConnection. Path :" + text::LCase(file),
+      "CQvDBContainer.closeQvConnection"));
   auto empty = std::make_shared<CQvConnection>();
   empty->m_conConnection = std::make_shared<ds::DbConnection>();
   EXPECT_TRUE(RaisesError([&] { container_.closeQvConnection(empty); }, 5,
@@ -79,10 +80,10 @@ TEST_F(CQvDbContainerTest, OpenConnectionChecksStateAndFile) {
   EXPECT_TRUE(container_.openConnection(con, file));
   EXPECT_NE(con->ConnectionString().find(QvPasswordSetting()),
             std::string::npos);
-  EXPECT_TRUE(RaisesError([&] { container_.openConnection(con, file); }, 4,
-                          "CQvDBContainer: connection already opened (Path: " +
-                              file + ")",
-                          "CQvDBContainer.openConnection"));
+  EXPECT_TRUE(RaisesError(
+      [&] { container_.openConnection(con, file); }, 4,
+      "CQvDBContainer: connection already opened (Path: " + file + ")",
+      "CQvDBContainer.openConnection"));
   container_.closeConnection(con);
   EXPECT_EQ(con->State(), 0);
 
@@ -118,8 +119,8 @@ TEST_F(CQvDbContainerTest, EmptyDescriptionMeansGlobalAndOddTypesFail) {
   con.Execute("UPDATE \"beschreibung_t\" SET \"Katalogtyp\" = NULL");
   EXPECT_EQ(container_.getQvProjectCatalogType(file), QvDbCatalogTypeGlobal);
   con.Execute("UPDATE \"beschreibung_t\" SET \"Katalogtyp\" = 5");
-  EXPECT_TRUE(RaisesError([&] { container_.getCatalogPath(file, "VM", ""); },
-                          6, "CQvDBContainer: unknown catalog type"));
+  EXPECT_TRUE(RaisesError([&] { container_.getCatalogPath(file, "VM", ""); }, 6,
+                          "CQvDBContainer: unknown catalog type"));
   con.Execute("DELETE FROM \"beschreibung_t\"");
   con.Execute("DELETE FROM \"beschreibung\"");
   EXPECT_EQ(container_.getQvProjectCatalogType(file), QvDbCatalogTypeGlobal);
@@ -153,7 +154,8 @@ TEST_F(CQvDbContainerTest, ClearAllTablesKeepsVersions) {
   const std::string file = NewProject(QvDbCatalogTypeLocal);
   auto con = container_.getQvProjectConnection(file);
   AddRoomTables(*con);
-  FillSampleRooms(*con, 2, 2, 1, 2);
+  testing::FillHierarchy(*con->m_conConnection, testing::RoomLevels(),
+                         {2, 2, 1, 2});
   container_.closeQvConnection(con);
   const int64_t versions = Count(file, "qvversions");
   ASSERT_EQ(Count(file, "raum_t"), 8);
@@ -170,7 +172,8 @@ TEST_F(CQvDbContainerTest, CompactionKeepsEveryRecordAndNoTemporaryFile) {
   const std::string file = NewProject(QvDbCatalogTypeLocal);
   auto con = container_.getQvProjectConnection(file);
   AddRoomTables(*con);
-  FillSampleRooms(*con, 10, 10, 10, 100);  // 100,000 rooms
+  testing::FillHierarchy(*con->m_conConnection, testing::RoomLevels(),
+                         {10, 10, 10, 100});  // 100,000 rooms
   EXPECT_TRUE(RaisesError([&] { container_.compactQvProjectConnection(file); },
                           QvDbErrorConnectionInUse,
                           "CQvDBContainer: database in use, close its "
@@ -186,14 +189,16 @@ TEST_F(CQvDbContainerTest, CompactionKeepsEveryRecordAndNoTemporaryFile) {
         [&] { container_.compactQvProjectConnection(" " + file); },
         QvDbErrorConnectionInUse,
         "CQvDBContainer: database in use, close its connections before "
-        "compacting (Path: " + text::LCase(file) + ")"));
+        "compacting (Path: " +
+            text::LCase(file) + ")"));
     other.closeQvConnection(held);
   }
 
   std::ofstream(file + ".qvTmp") << "stale";
   uint64_t last = 0, total = 0;
   container_.compactQvProjectConnection(
-      file, [&](uint64_t written, uint64_t all) { last = written, total = all; });
+      file,
+      [&](uint64_t written, uint64_t all) { last = written, total = all; });
   EXPECT_FALSE(fs::exists(file + ".qvTmp"));
   EXPECT_GT(total, 0u);
   EXPECT_GT(last, 0u);

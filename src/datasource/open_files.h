@@ -2,6 +2,8 @@
 // each file, so that an operation on the whole file (compaction, which
 // replaces it) can refuse a file that is still in use. DbConnection keeps
 // the counts; files are identified by their canonical path.
+// Threads: the counts are process-wide and guarded by one mutex; every function
+// may be called from any thread.
 #ifndef QVGLOBAL_DATASOURCE_OPEN_FILES_H_
 #define QVGLOBAL_DATASOURCE_OPEN_FILES_H_
 

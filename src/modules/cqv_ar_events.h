@@ -7,6 +7,8 @@
 // array in its place; the caller reads both back. The object keeps no
 // state beyond its list of listeners; with no listener the raise does
 // nothing.
+// Threads: an object is used by one thread at a time; different objects may be
+// used on different threads at once. Events are raised on the caller's thread.
 #ifndef QVGLOBAL_MODULES_CQV_AR_EVENTS_H_
 #define QVGLOBAL_MODULES_CQV_AR_EVENTS_H_
 

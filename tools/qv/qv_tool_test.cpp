@@ -160,6 +160,20 @@ TEST(QvToolTest, DemoKeepsTheFolderGivenWithDir) {
   EXPECT_TRUE(fs::is_directory(dir));
 }
 
+// An error no command expects (here the file system refusing a folder under
+// a plain file) ends the tool with a message and status 2, not an abort.
+TEST(QvToolTest, UnexpectedErrorsExitWithStatusTwo) {
+  testing::TempDir tmp;
+  const std::string file = tmp.File("plain");
+  std::ofstream(file) << "x";
+  const ToolRun run = RunQv("demo --dir '" + file + "/sub'");
+  EXPECT_EQ(run.status, 2);
+  EXPECT_EQ(run.err,
+            "qv: unexpected error: filesystem error: cannot create "
+            "directories: Not a directory [" +
+                file + "/sub]\n");
+}
+
 }  // namespace
 }  // namespace qv
 
