@@ -10,6 +10,7 @@
 #include <benchmark/benchmark.h>
 
 #include <cstdio>
+#include <cstdlib>
 #include <map>
 #include <string>
 #include <vector>
@@ -21,8 +22,11 @@ class RatioReporter : public benchmark::ConsoleReporter {
   void ReportRuns(const std::vector<Run>& runs) override {
     for (const Run& run : runs) {
       if (!run.error_occurred && run.run_type == Run::RT_Iteration) {
-        cpu_[run.benchmark_name()] = run.GetAdjustedCPUTime();
-        real_[run.benchmark_name()] = run.GetAdjustedRealTime();
+        // "BM_X/iterations:N" counts as BM_X.
+        const std::string name = run.benchmark_name();
+        const std::string base = name.substr(0, name.find('/'));
+        cpu_[base] = run.GetAdjustedCPUTime();
+        real_[base] = run.GetAdjustedRealTime();
       }
     }
     ConsoleReporter::ReportRuns(runs);
@@ -40,6 +44,16 @@ class RatioReporter : public benchmark::ConsoleReporter {
 
   std::map<std::string, double> cpu_, real_;
 };
+
+// For BENCHMARK(...)->Apply(FixedIterationsFromEnv): with QV_BENCH_ITERATIONS
+// set, the benchmark runs exactly that many iterations, once, so that an
+// instruction count taken under callgrind divides into a cost per call
+// (scripts/callgrind-ratio.sh).
+inline void FixedIterationsFromEnv(benchmark::internal::Benchmark* b) {
+  if (const char* n = std::getenv("QV_BENCH_ITERATIONS")) {
+    b->Iterations(std::strtoll(n, nullptr, 10));
+  }
+}
 
 // One ratio to print: the library's benchmark, the raw one, a label naming
 // both sides ("readBlock/raw") and the target.

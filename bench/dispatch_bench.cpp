@@ -106,7 +106,7 @@ void BM_Direct(benchmark::State& state) {
     benchmark::DoNotOptimize(result);
   }
 }
-BENCHMARK(BM_Direct);
+BENCHMARK(BM_Direct)->Apply(qv::bench::FixedIterationsFromEnv);
 
 void BM_InvokeByName(benchmark::State& state) {
   qv::ObjectPtr names = std::make_shared<KeyNames>();
@@ -120,7 +120,7 @@ void BM_InvokeByName(benchmark::State& state) {
     benchmark::DoNotOptimize(result);
   }
 }
-BENCHMARK(BM_InvokeByName);
+BENCHMARK(BM_InvokeByName)->Apply(qv::bench::FixedIterationsFromEnv);
 
 void BM_InvokeById(benchmark::State& state) {
   qv::ObjectPtr names = std::make_shared<KeyNames>();
@@ -140,5 +140,5 @@ BENCHMARK(BM_InvokeById);
 
 int main(int argc, char** argv) {
   return qv::bench::RunWithRatio(argc, argv, "BM_InvokeByName", "BM_Direct",
-                                 "Invoke/direct", 10);
+                                 "Invoke/direct", 5);
 }

@@ -4,7 +4,6 @@
 // py_host_object.h).
 #include <pybind11/pybind11.h>
 
-#include "py_bridge_probe.h"
 #include "py_convert.h"
 #include "py_dispatch.h"
 #include "py_errors.h"
@@ -22,5 +21,4 @@ PYBIND11_MODULE(qvglobal, m) {
   qvpy::BindValueTypes(m);
   qvpy::BindDispatch(m);
   qvpy::BindServices(m);
-  qvpy::RegisterBridgeProbe();
 }

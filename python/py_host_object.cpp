@@ -93,9 +93,14 @@ bool IsCallableMember(py::handle attribute) {
 }
 
 // Calls `fn` with the arguments and writes back what by-reference boxes
-// and changed arrays hold afterwards.
-py::object CallWithArgs(py::handle fn, qv::Args args) {
+// and changed arrays hold afterwards. The parameters `event` marks by
+// reference are boxed whatever the callee's annotations say.
+py::object CallWithArgs(py::handle fn, qv::Args args,
+                        const qv::EventInfo* event) {
   std::vector<bool> boxed(args.size(), false);
+  for (size_t i = 0; event != nullptr && i < args.size(); ++i) {
+    boxed[i] = event->IsByRef(i);
+  }
   py::object byref_type = py::type::of<ByRef>();
   for (py::handle i : py::reinterpret_borrow<py::object>(byref_positions)(
            fn, args.size(), byref_type)) {
@@ -140,9 +145,20 @@ PyHostObject::~PyHostObject() {
 
 qv::Variant PyHostObject::Invoke(std::string_view name, qv::InvokeKind kind,
                                  qv::Args args) {
+  return InvokeGuarded(name, kind, args, nullptr);
+}
+
+qv::Variant PyHostObject::InvokeEvent(const qv::EventInfo& event,
+                                      qv::Args args) {
+  return InvokeGuarded(event.name, qv::InvokeKind::kMethod, args, &event);
+}
+
+qv::Variant PyHostObject::InvokeGuarded(std::string_view name,
+                                        qv::InvokeKind kind, qv::Args args,
+                                        const qv::EventInfo* event) {
   py::gil_scoped_acquire gil;
   try {
-    return InvokeHeld(name, kind, args);
+    return InvokeHeld(name, kind, args, event);
   } catch (py::error_already_set& e) {
     qv::Error error = ToQvError(e);
     // A 438 from the callee's own code is not a missing member of the
@@ -160,7 +176,8 @@ qv::Variant PyHostObject::Invoke(std::string_view name, qv::InvokeKind kind,
 }
 
 qv::Variant PyHostObject::InvokeHeld(std::string_view name, qv::InvokeKind kind,
-                                     qv::Args args) {
+                                     qv::Args args,
+                                     const qv::EventInfo* event) {
   const bool assign =
       kind == qv::InvokeKind::kLet || kind == qv::InvokeKind::kSet;
   if (assign && args.size() == 1) {
@@ -171,7 +188,7 @@ qv::Variant PyHostObject::InvokeHeld(std::string_view name, qv::InvokeKind kind,
   }
   py::object attribute = GetAttribute(object_, name);
   if (IsCallableMember(attribute)) {
-    py::object result = CallWithArgs(attribute, args);
+    py::object result = CallWithArgs(attribute, args, event);
     return assign ? qv::Variant() : ToVariant(result);
   }
   if (assign || !args.empty()) {

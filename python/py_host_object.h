@@ -7,9 +7,11 @@
 //   arguments), else reads it; a let or set assigns it (or calls it when
 //   the library passes index arguments);
 // - an argument reaches the Python callee as a qvglobal.ByRef box when the
-//   callee's parameter is annotated `qvglobal.ByRef` (or "ByRef"); what the
-//   callee leaves in the box's value goes back into the caller's slot, and
-//   so does a qvglobal.SafeArray argument that the callee changed in place;
+//   callee's parameter is annotated `qvglobal.ByRef` (or "ByRef"), or when
+//   the host object is called as a sink of an event that marks the
+//   parameter by reference (no annotation needed); what the callee leaves
+//   in the box's value goes back into the caller's slot, and so does a
+//   qvglobal.SafeArray argument that the callee changed in place;
 // - a Python exception becomes a qv::Error (see py_errors.h); a 438 raised
 //   by the callee's own code gets the source "Python", so that it never
 //   reads as a member the callee lacks.
@@ -39,6 +41,7 @@ class PyHostObject : public qv::Object {
 
   qv::Variant Invoke(std::string_view name, qv::InvokeKind kind,
                      qv::Args args) override;
+  qv::Variant InvokeEvent(const qv::EventInfo& event, qv::Args args) override;
 
   py::handle object() const { return object_; }
 
@@ -46,8 +49,12 @@ class PyHostObject : public qv::Object {
   friend qv::ObjectPtr HostObjectFor(py::handle value);
   explicit PyHostObject(py::object object) : object_(std::move(object)) {}
 
+  // Takes the GIL and turns Python errors into qv::Error; `event` is the
+  // event whose sink this call is, or nullptr.
+  qv::Variant InvokeGuarded(std::string_view name, qv::InvokeKind kind,
+                            qv::Args args, const qv::EventInfo* event);
   qv::Variant InvokeHeld(std::string_view name, qv::InvokeKind kind,
-                         qv::Args args);
+                         qv::Args args, const qv::EventInfo* event);
 
   py::object object_;
 };

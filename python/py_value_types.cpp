@@ -100,6 +100,16 @@ void BindByRef(py::module_& m) {
       .def(py::init([](py::object value) { return ByRef{std::move(value)}; }),
            py::arg("value") = py::reinterpret_borrow<py::object>(empty_value))
       .def_readwrite("value", &ByRef::value)
+      // Element access reaches the boxed value, so a sink that only changes
+      // elements of a by-reference array reads like one given the array.
+      .def("__len__", [](const ByRef& b) { return py::len(b.value); })
+      .def("__iter__", [](const ByRef& b) { return py::iter(b.value); })
+      .def("__getitem__",
+           [](const ByRef& b, py::object i) { return b.value[std::move(i)]; })
+      .def("__setitem__",
+           [](ByRef& b, py::object i, py::object v) {
+             b.value[std::move(i)] = std::move(v);
+           })
       .def("__repr__", [](const ByRef& b) {
         return "ByRef(" + py::repr(b.value).cast<std::string>() + ")";
       });

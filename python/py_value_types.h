@@ -4,7 +4,8 @@
 //   `ubound`). Arrays from the library arrive as SafeArray; a SafeArray
 //   passed to the library keeps its bounds, a list or tuple gets bound 0.
 // - qvglobal.ByRef: a box for a by-reference argument; after the call its
-//   `value` holds what the member wrote back.
+//   `value` holds what the member wrote back. len, iteration and indexing
+//   of the box reach its value.
 // - qvglobal.Empty and qvglobal.Null: the two special variants (None is
 //   Nothing, the missing object).
 // Python owns all of these; a SafeArray holds its elements as Python values.

@@ -70,12 +70,14 @@ export UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1
 run_stage build-asan -DCMAKE_BUILD_TYPE=Debug -DQVGLOBAL_SANITIZE=ON \
   -DQVGLOBAL_BUILD_BENCHMARKS=OFF
 
-# Kill -9 trials, two processes on one file and bad input with small counts
-# (scripts/reliability.sh runs the full counts by hand); a failure stops the
-# run.
+# Kill -9 trials, two processes on one file and bad input with small counts,
+# then every fuzz target for a minute (scripts/reliability.sh and
+# scripts/fuzz.sh run longer by hand). Both stop the run on a failure.
 unset ASAN_OPTIONS UBSAN_OPTIONS
 banner "reliability (--ci)"
 scripts/reliability.sh --ci
+banner "fuzz (60 s per target)"
+scripts/fuzz.sh 60
 
 echo
 if [[ ${total_skipped} -ne 0 ]]; then

@@ -148,18 +148,6 @@ class SettingsTest(unittest.TestCase):
         self.assertIs(fresh.SelectedItem, fresh.nodes[3])
         self.assertIs(manager.LoadTreeView(fresh, "Leer"), False)
 
-    def test_inconsistent_root_nodes(self):
-        with open(self.file, "w") as f:
-            f.write("[tvwAnlage]\nRootNodes=2,1\n")
-        manager = qvglobal.CreateObject("qvglobal10.CControlIniManager")
-        manager.IniFile = self.file
-        with self.assertRaises(qvglobal.ComError) as cm:
-            manager.LoadTreeView(TreeView())
-        self.assertEqual(
-            (cm.exception.number, cm.exception.description),
-            (ERROR_1000, "Falsche Angaben in der Ini-Datei " + self.file +
-             " Section tvwAnlage Key RootNodes"))
-
 
 if __name__ == "__main__":
     unittest.main()

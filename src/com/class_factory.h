@@ -3,6 +3,11 @@
 // Registration runs in static initialisers of the library (QV_REGISTER_CLASS
 // in the class's source file); lookups compare ProgIDs without regard to
 // letter case.
+// Threads: classes register while the library (or a module that adds classes)
+// is loaded, before other threads create objects; from then on lookups and
+// CreateObject only read the registry and may run on any number of threads. The
+// registry takes no lock, so registering while other threads create objects is
+// not safe.
 #ifndef QVGLOBAL_COM_CLASS_FACTORY_H_
 #define QVGLOBAL_COM_CLASS_FACTORY_H_
 
@@ -47,16 +52,16 @@ const ClassRegistration* FindClass(std::string_view progid);
 
 template <class T>
 bool RegisterDispatchable(std::string_view class_name) {
-  return RegisterClass(std::string(kProgIdPrefix) + std::string(class_name),
-                       [] { return ObjectPtr(std::make_shared<T>()); },
-                       T::StaticClassInfo());
+  return RegisterClass(
+      std::string(kProgIdPrefix) + std::string(class_name),
+      [] { return ObjectPtr(std::make_shared<T>()); }, T::StaticClassInfo());
 }
 
 }  // namespace qv
 
 // Registers the creatable class `Class` (derived from qv::Dispatchable) under
 // the ProgID "qvglobal10.Class". Put it in the class's source file.
-#define QV_REGISTER_CLASS(Class)                                  \
+#define QV_REGISTER_CLASS(Class)                                \
   [[maybe_unused]] static const bool qv_registered_##Class##_ = \
       ::qv::RegisterDispatchable<Class>(#Class)
 

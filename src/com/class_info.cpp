@@ -83,6 +83,17 @@ bool NameEqual(std::string_view a, std::string_view b) {
   return differ == 0;
 }
 
+// Equality of names as spelt (no case folding).
+bool SameSpelling(std::string_view a, std::string_view b) {
+  if (a.size() != b.size()) return false;
+  if (a.size() < 8) return SmallWord(a) == SmallWord(b);
+  uint64_t differ = 0;
+  ForEachWordOffset(a.size(), [&](size_t i) {
+    differ |= Load64(a.data() + i) ^ Load64(b.data() + i);
+  });
+  return differ == 0;
+}
+
 }  // namespace
 
 const Accessor& MemberInfo::For(InvokeKind kind) const {
@@ -114,14 +125,30 @@ std::string MemberInfo::KindsText() const {
 }
 
 const MemberInfo* ClassInfo::Find(std::string_view name) const {
+  const MemberInfo* last = last_found_.member.load(std::memory_order_relaxed);
+  if (last != nullptr && SameSpelling(last->name, name)) return last;
   if (slots_.empty()) return nullptr;
   const size_t mask = slots_.size() - 1;
   for (size_t i = NameHash(name) & mask;; i = (i + 1) & mask) {
     const uint32_t slot = slots_[i];
     if (slot == 0) return nullptr;
     const MemberInfo& member = members_[slot - 1];
-    if (NameEqual(member.name, name)) return &member;
+    if (NameEqual(member.name, name)) {
+      last_found_.member.store(&member, std::memory_order_relaxed);
+      return &member;
+    }
   }
+}
+
+bool EventInfo::IsByRef(size_t index) const {
+  return index < param_types.size() && param_types[index].ends_with('&');
+}
+
+const EventInfo* ClassInfo::FindEvent(std::string_view name) const {
+  for (const EventInfo& event : events_) {
+    if (NameEqual(event.name, name)) return &event;
+  }
+  return nullptr;
 }
 
 const MemberInfo* ClassInfo::FindById(int32_t id) const {
@@ -133,6 +160,8 @@ MemberInfo& ClassInfo::Upsert(std::string_view name) {
   if (const MemberInfo* found = Find(name)) {
     return members_[static_cast<size_t>(found - members_.data())];
   }
+  // Adding may move the members: forget the one found last.
+  last_found_.member.store(nullptr, std::memory_order_relaxed);
   MemberInfo& member = members_.emplace_back();
   member.name = std::string(name);
   member.id = static_cast<int32_t>(members_.size());

@@ -3,10 +3,13 @@
 // (method, property get, let and set). Objects are reached by member name
 // through it; names compare without regard to letter case and the member id
 // is the 1-based position in interface order. A ClassInfo is built once per
-// class (see dispatch.h) and lives for the whole process.
+// class (see dispatch.h) and lives for the whole process. Threads: a built
+// ClassInfo does not change and may be read from any number of threads at
+// once; building one is for one thread.
 #ifndef QVGLOBAL_COM_CLASS_INFO_H_
 #define QVGLOBAL_COM_CLASS_INFO_H_
 
+#include <atomic>
 #include <cstdint>
 #include <functional>
 #include <span>
@@ -45,9 +48,18 @@ struct MemberInfo {
   std::string KindsText() const;
 };
 
+// One event of the class's outgoing interface. `param_types` is empty for
+// an event declared by parameter names only; otherwise it holds one type
+// per parameter in the form of Accessor::param_types, a trailing "&"
+// marking a parameter the sinks receive by reference.
 struct EventInfo {
   std::string name;
   std::vector<std::string> params;
+  std::vector<std::string> param_types;
+
+  // Whether the parameter at 0-based `index` is passed by reference; false
+  // for an event without types and for an index past its parameters.
+  bool IsByRef(size_t index) const;
 };
 
 class ClassInfo {
@@ -61,6 +73,8 @@ class ClassInfo {
   // The member of that name (letter case ignored), or nullptr.
   const MemberInfo* Find(std::string_view name) const;
   const MemberInfo* FindById(int32_t id) const;
+  // The event of that name (letter case ignored), or nullptr.
+  const EventInfo* FindEvent(std::string_view name) const;
 
   // Used while building: the member of that name, added at the end of the
   // interface when it is new.
@@ -79,6 +93,21 @@ class ClassInfo {
   // power-of-two table at most half full, each slot holding a member's
   // position + 1 (0 for a free slot).
   std::vector<uint32_t> slots_;
+  // The member found last, checked first: a host calls the same member in
+  // a loop, and comparing its name as spelt costs far less than hashing
+  // the name. Shared by all threads (a relaxed atomic: any member of this
+  // class is a correct hint); a copy or move of the class info starts
+  // without one.
+  struct LastFound {
+    std::atomic<const MemberInfo*> member{nullptr};
+    LastFound() = default;
+    LastFound(const LastFound&) {}
+    LastFound& operator=(const LastFound&) {
+      member.store(nullptr, std::memory_order_relaxed);
+      return *this;
+    }
+  };
+  mutable LastFound last_found_;
 };
 
 }  // namespace qv

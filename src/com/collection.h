@@ -2,6 +2,8 @@
 // each optionally under a unique string key that compares without regard to
 // letter case. Errors are those a scripting host raises: 5 for an unknown
 // key, 9 for a position out of range, 457 for a key given twice.
+// Threads: an object is used by one thread at a time; different objects may be
+// used on different threads at once. It takes no locks.
 #ifndef QVGLOBAL_COM_COLLECTION_H_
 #define QVGLOBAL_COM_COLLECTION_H_
 

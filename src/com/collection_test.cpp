@@ -6,7 +6,6 @@
 #include <string>
 #include <vector>
 
-#include "com/class_factory.h"
 #include "testing/expect_error.h"
 
 namespace qv {
@@ -80,24 +79,7 @@ TEST_F(CollectionTest, RemoveByPositionOrKeyClosesTheGap) {
   EXPECT_EQ(c_.Item("A"), Variant("new first"));
 }
 
-TEST(CollectionDispatchTest, ReachableByNameWithOptionalKey) {
-  ObjectPtr c = CreateObject("VBA.Collection");
-  c->Call("Add", {"x"});
-  c->Call("add", {"y", "KeyY"});
-  EXPECT_EQ(c->Get("Count"), Variant(2));
-  EXPECT_EQ(c->Call("Item", {"keyy"}), Variant("y"));
-  EXPECT_EQ(c->Get("Item", {1}), Variant("x"));
-  c->Call("Remove", {1});
-  EXPECT_EQ(c->Get("Count"), Variant(1));
-  EXPECT_TRUE(RaisesError([&] { c->Call("Item", {5}); }, 9, kOutOfRange));
-  EXPECT_TRUE(RaisesError(
-      [&] {
-        c->Call("Add", {"z", "KEYY"});
-      },
-      457, kKeyTaken));
-}
-
-TEST(CollectionDispatchTest, ItemsKeepTheirVariantType) {
+TEST(CollectionValueTest, ItemsKeepTheirVariantType) {
   Collection c;
   auto inner = std::make_shared<Collection>();
   c.Add(inner);

@@ -3,6 +3,8 @@
 // keep their insertion order, and strings compare binary or, in text mode,
 // without regard to letter case. Reading a missing key through Item adds it
 // with an Empty item, as the scripting dictionary does.
+// Threads: an object is used by one thread at a time; different objects may be
+// used on different threads at once. It takes no locks.
 #ifndef QVGLOBAL_COM_DICTIONARY_H_
 #define QVGLOBAL_COM_DICTIONARY_H_
 
@@ -35,7 +37,9 @@ class Dictionary : public Dispatchable<Dictionary> {
   bool Exists(const Variant& key) const;
   // The item of a key; a missing key is added with Empty first.
   Variant& Item(const Variant& key);
-  void SetItem(const Variant& key, Variant item) { Item(key) = std::move(item); }
+  void SetItem(const Variant& key, Variant item) {
+    Item(key) = std::move(item);
+  }
   // The item, or nullptr, without adding anything.
   const Variant* Find(const Variant& key) const;
   // Raises 32811 "Element not found" for a missing key.

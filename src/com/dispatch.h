@@ -7,13 +7,16 @@
 //   ClassInfo CQVActiveBar::BuildClassInfo() {
 //     return ClassBuilder<CQVActiveBar>("CQVActiveBar")
 //         .Get("MNU_CUT_TOOLNAME", &CQVActiveBar::MNU_CUT_TOOLNAME)
-//         .Method("ABKeyCodeToSendKeyStr", &CQVActiveBar::ABKeyCodeToSendKeyStr)
-//         .Build();
+//         .Method("ABKeyCodeToSendKeyStr",
+//         &CQVActiveBar::ABKeyCodeToSendKeyStr) .Build();
 //   }
+// Threads: a ClassBuilder is a local of the one BuildClassInfo call that uses
+// it; the ClassInfo it builds is read-only afterwards.
 #ifndef QVGLOBAL_COM_DISPATCH_H_
 #define QVGLOBAL_COM_DISPATCH_H_
 
 #include <functional>
+#include <stdexcept>
 #include <string>
 #include <tuple>
 #include <type_traits>
@@ -22,8 +25,10 @@
 
 #include "com/class_info.h"
 #include "com/error.h"
+#include "com/event_source.h"
 #include "com/object.h"
 #include "com/safe_array.h"
+#include "com/text.h"
 #include "com/variant.h"
 
 namespace qv {
@@ -97,8 +102,8 @@ const char* TypeName() {
 }
 
 template <class P>
-constexpr bool kByRef =
-    std::is_lvalue_reference_v<P> && !std::is_const_v<std::remove_reference_t<P>>;
+constexpr bool kByRef = std::is_lvalue_reference_v<P> &&
+                        !std::is_const_v<std::remove_reference_t<P>>;
 
 // Signature of a callable taking the object as its first parameter (the
 // call operator of a lambda; the object parameter is dropped).
@@ -121,9 +126,12 @@ struct Signature<R (C::*)(P...)> {
 template <class C, class R, class... P>
 struct Signature<R (C::*)(P...) const> : Signature<R (C::*)(P...)> {};
 
-template <class T, class F, class R, class... P, size_t... I>
-Variant Call(const F& fn, T& self, Args args,
-             const std::vector<Variant>& defaults, std::index_sequence<I...>) {
+// Converts the arguments to P..., calls `fn` with them, writes back the
+// by-reference ones and converts the result. Missing trailing arguments
+// take their values from `defaults`.
+template <class R, class... P, class G, size_t... I>
+Variant CallWith(const G& fn, Args args, const std::vector<Variant>& defaults,
+                 std::index_sequence<I...>) {
   constexpr size_t n = sizeof...(P);
   auto arg = [&](size_t i) -> const Variant& {
     return i < args.size() ? args[i] : defaults[i - (n - defaults.size())];
@@ -138,21 +146,44 @@ Variant Call(const F& fn, T& self, Args args,
      ...);
   };
   if constexpr (std::is_void_v<R>) {
-    std::invoke(fn, self, std::get<I>(values)...);
+    fn(std::get<I>(values)...);
     write_back();
     return Variant();
   } else {
-    Variant result = ToVariant(std::invoke(fn, self, std::get<I>(values)...));
+    Variant result = ToVariant(fn(std::get<I>(values)...));
     write_back();
     return result;
   }
 }
 
+template <class T, class F, class R, class... P, size_t... I>
+Variant Call(const F& fn, T& self, Args args,
+             const std::vector<Variant>& defaults,
+             std::index_sequence<I...> seq) {
+  return CallWith<R, P...>(
+      [&](auto&... values) -> R { return std::invoke(fn, self, values...); },
+      args, defaults, seq);
+}
+
+// "String", "Integer&" ...: the parameter types as ClassInfo reports them.
+template <class... P>
+std::vector<std::string> ParamTypes(std::tuple<P...>*) {
+  return {(std::string(TypeName<std::remove_cvref_t<P>>()) +
+           (kByRef<P> ? "&" : ""))...};
+}
+
+// Parameters of a function type void(P...).
+template <class Sig>
+struct FunctionParams;
+template <class R, class... P>
+struct FunctionParams<R(P...)> {
+  using Params = std::tuple<P...>;
+};
+
 template <class T, class F, class R, class... P>
 Accessor MakeAccessor(F fn, std::vector<Variant> defaults, std::tuple<P...>*) {
   Accessor a;
-  a.param_types = {(std::string(TypeName<std::remove_cvref_t<P>>()) +
-                    (kByRef<P> ? "&" : ""))...};
+  a.param_types = ParamTypes(static_cast<std::tuple<P...>*>(nullptr));
   a.required = static_cast<int>(sizeof...(P) - defaults.size());
   a.call = [fn = std::move(fn), defaults = std::move(defaults)](
                Object& self, Args args) -> Variant {
@@ -206,16 +237,33 @@ class ClassBuilder {
   ClassBuilder& Field(std::string_view name, V T::*field) {
     MemberInfo& m = info_.Upsert(name);
     m.get = Make([field](T& self) -> V { return self.*field; }, {});
-    auto put = Make([field](T& self, V value) { self.*field = std::move(value); },
-                    {});
+    auto put =
+        Make([field](T& self, V value) { self.*field = std::move(value); }, {});
     constexpr bool kObject = dispatch::IsSharedPtr<V>::value;
     constexpr bool kVariant = std::is_same_v<V, Variant>;
     if (!kObject) m.let = put;
     if (kObject || kVariant) m.set = std::move(put);
     return *this;
   }
+  // An event declared by parameter names only: sinks share every argument
+  // slot with the raiser.
   ClassBuilder& Event(std::string name, std::vector<std::string> params) {
-    info_.AddEvent({std::move(name), std::move(params)});
+    info_.AddEvent({std::move(name), std::move(params), {}});
+    return *this;
+  }
+  // An event with typed parameters, Sig being void(P...): a parameter of
+  // non-const reference type is by reference, e.g.
+  //   .Event<void(std::shared_ptr<Param>, SafeArray&)>("Row", {"p", "v"})
+  // Raises std::invalid_argument when names and types differ in number.
+  template <class Sig>
+  ClassBuilder& Event(std::string name, std::vector<std::string> params) {
+    using Params = typename dispatch::FunctionParams<Sig>::Params;
+    if (params.size() != std::tuple_size_v<Params>) {
+      throw std::invalid_argument("event " + name +
+                                  ": one name per parameter type");
+    }
+    info_.AddEvent({std::move(name), std::move(params),
+                    dispatch::ParamTypes(static_cast<Params*>(nullptr))});
     return *this;
   }
 
@@ -229,6 +277,30 @@ class ClassBuilder {
 
   ClassInfo info_;
 };
+
+// A C++ sink for the event `name` (letter case ignored) whose handler takes
+// typed parameters, Sig being void(P...): the arguments are converted as
+// for a method, and what the handler leaves in a parameter of non-const
+// reference type goes back into the raiser's slot. Other events pass by.
+// A raise with another number of arguments raises 450.
+//
+//   events->Advise(EventHandler<void(int16_t, bool&)>(
+//       "Ring", [](int16_t times, bool& cancel) { cancel = times > 2; }));
+template <class Sig, class F>
+EventSource::Callback EventHandler(std::string name, F fn) {
+  return [name = std::move(name), fn = std::move(fn)](std::string_view event,
+                                                      Args args) {
+    if (!text::EqualsText(event, name)) return;
+    using Params = typename dispatch::FunctionParams<Sig>::Params;
+    constexpr size_t n = std::tuple_size_v<Params>;
+    if (args.size() != n) throw Error::Runtime(err::kWrongNumberOfArguments);
+    static const std::vector<Variant> no_defaults;
+    [&]<class... P>(std::tuple<P...>*) {
+      dispatch::CallWith<void, P...>(fn, args, no_defaults,
+                                     std::index_sequence_for<P...>());
+    }(static_cast<Params*>(nullptr));
+  };
+}
 
 }  // namespace qv
 

@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <array>
 #include <cctype>
+#include <functional>
 #include <memory>
 #include <string>
 #include <utility>
@@ -208,37 +209,52 @@ TEST_F(DispatchTest, OmittedOptionalArgumentsTakeTheirDefaults) {
   EXPECT_EQ(object_->Invoke("Bump", InvokeKind::kMethod, given), Variant(2));
 }
 
-TEST_F(DispatchTest, UnknownMemberOrKindRaises438) {
-  EXPECT_TRUE(RaisesError([&] { object_->Call("Nope"); }, 438, kNoMember));
-  EXPECT_TRUE(RaisesError([&] { object_->Get(""); }, 438, kNoMember));
-  EXPECT_TRUE(RaisesError([&] { object_->Call(std::string(200, 'x')); }, 438,
-                          kNoMember));
-  EXPECT_TRUE(RaisesError([&] { object_->Let("Join", "x"); }, 438, kNoMember));
-  EXPECT_TRUE(
-      RaisesError([&] { object_->Set("Name", probe_); }, 438, kNoMember));
-  EXPECT_TRUE(RaisesError([&] { object_->Let("Partner", 1); }, 438, kNoMember));
-  EXPECT_TRUE(
-      RaisesError([&] { object_->Let("m_oChild", 1); }, 438, kNoMember));
-  EXPECT_TRUE(
-      RaisesError([&] { object_->Set("m_nCount", probe_); }, 438, kNoMember));
-}
-
-TEST_F(DispatchTest, WrongArgumentCountRaises450) {
-  EXPECT_TRUE(
-      RaisesError([&] { object_->Call("Join", {"a"}); }, 450, kWrongCount));
-  EXPECT_TRUE(RaisesError(
-      [&] {
-        object_->Call("Join", {"a", "b", "c", "d"});
-      },
-      450, kWrongCount));
-  EXPECT_TRUE(RaisesError([&] { object_->Call("Half"); }, 450, kWrongCount));
-  EXPECT_TRUE(
-      RaisesError([&] { object_->Get("Name", {1}); }, 450, kWrongCount));
+TEST_F(DispatchTest, BadCallsRaiseTheirAutomationErrorAndChangeNothing) {
+  struct Row {
+    const char* what;
+    std::function<void()> call;
+    int32_t number;
+    const char* text;
+  };
   Variant two[] = {"a", "b"};
-  EXPECT_TRUE(
-      RaisesError([&] { object_->Invoke("Name", InvokeKind::kLet, two); }, 450,
-                  kWrongCount));
+  const Row rows[] = {
+      // unknown member, or a kind the member does not have
+      {"unknown", [&] { object_->Call("Nope"); }, 438, kNoMember},
+      {"empty name", [&] { object_->Get(""); }, 438, kNoMember},
+      {"long name", [&] { object_->Call(std::string(200, 'x')); }, 438,
+       kNoMember},
+      {"let a method", [&] { object_->Let("Join", "x"); }, 438, kNoMember},
+      {"set a let", [&] { object_->Set("Name", probe_); }, 438, kNoMember},
+      {"let a set", [&] { object_->Let("Partner", 1); }, 438, kNoMember},
+      {"let an object field", [&] { object_->Let("m_oChild", 1); }, 438,
+       kNoMember},
+      {"set a value field", [&] { object_->Set("m_nCount", probe_); }, 438,
+       kNoMember},
+      // argument counts
+      {"too few", [&] { object_->Call("Join", {"a"}); }, 450, kWrongCount},
+      {"too many", [&] { object_->Call("Join", {"a", "b", "c", "d"}); }, 450,
+       kWrongCount},
+      {"none", [&] { object_->Call("Half"); }, 450, kWrongCount},
+      {"get with index", [&] { object_->Get("Name", {1}); }, 450, kWrongCount},
+      {"let with two",
+       [&] { object_->Invoke("Name", InvokeKind::kLet, two); }, 450,
+       kWrongCount},
+      {"indexed without index", [&] { object_->Get("Slot"); }, 450,
+       kWrongCount},
+      // arguments converted by automation rules
+      {"string to double", [&] { object_->Call("Half", {"abc"}); }, 13,
+       "Type mismatch"},
+      {"long overflow", [&] { object_->Call("Bump", {3e9}); }, 6, "Overflow"},
+      {"integer overflow", [&] { object_->Let("m_nCount", 40000); }, 6,
+       "Overflow"},
+      {"null", [&] { object_->Call("Half", {kNull}); }, 94,
+       "Invalid use of Null"},
+  };
+  for (const Row& row : rows) {
+    EXPECT_TRUE(RaisesError(row.call, row.number, row.text)) << row.what;
+  }
   EXPECT_EQ(probe_->Name(), "probe");
+  EXPECT_EQ(probe_->m_nCount, 0);
 }
 
 TEST_F(DispatchTest, PropertyGetAndMethodAreInterchangeable) {
@@ -251,14 +267,6 @@ TEST_F(DispatchTest, PropertyGetAndMethodAreInterchangeable) {
 TEST_F(DispatchTest, ArgumentsConvertWithAutomationRules) {
   EXPECT_EQ(object_->Call("Half", {"5"}), Variant(2.5));
   EXPECT_EQ(object_->Call("Half", {true}), Variant(-0.5));
-  EXPECT_TRUE(RaisesError([&] { object_->Call("Half", {"abc"}); }, 13,
-                          "Type mismatch"));
-  EXPECT_TRUE(
-      RaisesError([&] { object_->Call("Bump", {3e9}); }, 6, "Overflow"));
-  EXPECT_TRUE(
-      RaisesError([&] { object_->Let("m_nCount", 40000); }, 6, "Overflow"));
-  EXPECT_TRUE(RaisesError([&] { object_->Call("Half", {kNull}); }, 94,
-                          "Invalid use of Null"));
 }
 
 TEST_F(DispatchTest, ObjectParametersCheckTheClass) {
@@ -306,7 +314,6 @@ TEST_F(DispatchTest, IndexedPropertyTakesTheNewValueLast) {
   object_->Invoke("Slot", InvokeKind::kLet, let);
   EXPECT_EQ(probe_->slots[1], Variant("one"));
   EXPECT_EQ(object_->Get("Slot", {1}), Variant("one"));
-  EXPECT_TRUE(RaisesError([&] { object_->Get("Slot"); }, 450, kWrongCount));
 }
 
 TEST_F(DispatchTest, ErrorsOfTheMemberPassThroughUnchanged) {
@@ -342,8 +349,6 @@ TEST(ClassFactoryTest, RegisteredClassesListTheirMembersInOrder) {
   ASSERT_NE(it, all.end());
   ASSERT_NE(it->info, nullptr);
   EXPECT_EQ(it->info, &DispatchProbe::StaticClassInfo());
-  EXPECT_EQ(it->info->members().front().name, "Join");
-  EXPECT_EQ(it->info->members().back().name, "Slot");
   EXPECT_TRUE(
       std::is_sorted(all.begin(), all.end(), [](const auto& a, const auto& b) {
         return text::LCase(a.progid) < text::LCase(b.progid);

@@ -3,6 +3,33 @@
 // reaches a caller is a qv::Error; the named constants below are the numbers
 // the library raises (its own object errors and the runtime errors that pass
 // through collections, conversions and dispatch).
+// Threads: an Error is an immutable value; copies may go to any thread.
+//
+// Error-number families. Small numbers overlap between families by design
+// (each keeps the numbers its callers already test for), so a caller tells
+// them apart by the number together with the source:
+//
+//   family                  numbers                   source, raised by
+//   runtime errors          5 ... 457, 32811          "" or "Class.member":
+//                           (err:: below)             Variant, SafeArray,
+//                           standard English texts    Collection, Dictionary,
+//                                                     dispatch, FileSystem
+//   QvConnectionError       0 ... 6                   "CQvConnection.<member>"
+//   (data/qv_connection_error.h)                      (CQvConnection and
+//                                                     its table schema work)
+//   QvDbError               0 ... 8                   "CQvDBContainer.<member>"
+//   (data/cqv_db_container.h)                         (CQvDbContainer)
+//   object error 1000       -2147220504 (0x800403E8)  the library's own
+//   (err::kObjectError1000)                           messages: module table,
+//                                                     file naming, QvRecordset,
+//                                                     QvDs, CQVActiveBar,
+//                                                     project creation
+//   object base 0x80040000  -2147221504               "CQvRecordsetTree.<m>":
+//   (err::kObjectBase)                                no parent, no child
+//   data source             0x80042001 ... 0x80042008  "DbConnection.<m>",
+//   (datasource/db_error.h) (kBase + 1 ... + 8)       "DbCatalog.<m>",
+//                                                     "QvRecordset.<m>":
+//                                                     engine and catalogue
 #ifndef QVGLOBAL_COM_ERROR_H_
 #define QVGLOBAL_COM_ERROR_H_
 

@@ -1,9 +1,16 @@
 // qv::EventSource keeps the sinks of one object's outgoing interface and
 // raises events to them. A sink is either an object, whose member of the
-// event's name is invoked as a method, or a C++ callback. Arguments passed
-// by reference come back to the raiser in the same slots. Raising an event
-// with no sink does nothing. The source holds its sinks strongly until they
-// are unadvised.
+// event's name is invoked as a method, or a C++ callback (see
+// EventHandler in dispatch.h for one with typed parameters). An event
+// raised by its EventInfo passes the parameters it marks by reference in
+// the raiser's slots, so what a sink leaves there (a changed element or a
+// whole new array) comes back to the raiser and reaches the next sink;
+// every other parameter reaches each sink as its own copy. An event raised
+// by name alone shares every slot with the sinks. Raising an event with no
+// sink does nothing. The source holds its sinks strongly until they are
+// unadvised.
+// Threads: an EventSource belongs to its object and is used by the thread that
+// uses the object; sinks are called on the raising thread. It takes no locks.
 #ifndef QVGLOBAL_COM_EVENT_SOURCE_H_
 #define QVGLOBAL_COM_EVENT_SOURCE_H_
 
@@ -33,6 +40,10 @@ class EventSource {
   // member of the event's name is passed over; any other error of a sink
   // reaches the raiser.
   void Raise(std::string_view event, Args args) const;
+  // The same for an event of the class's interface, with its by-reference
+  // marks. What the sinks up to a failing one left in by-reference slots
+  // stays there when the error reaches the raiser.
+  void Raise(const EventInfo& event, Args args) const;
 
  private:
   struct Sink {
@@ -40,6 +51,9 @@ class EventSource {
     std::shared_ptr<Object> object;
     Callback callback;
   };
+  // Calls one sink with the arguments as they stand.
+  static void CallSink(const Sink& sink, const EventInfo& event, Args args);
+
   std::vector<Sink> sinks_;
   int32_t next_cookie_ = 1;
 };

@@ -21,15 +21,18 @@ class Alarm : public Dispatchable<Alarm> {
  public:
   bool Trigger(int16_t times) {
     Variant args[] = {times, false};
-    events_.Raise("Ring", args);
+    events_.Raise(RingEvent(), args);
     return args[1].ToBoolean();
+  }
+  static const EventInfo& RingEvent() {
+    return *StaticClassInfo().FindEvent("ring");
   }
   EventSource* events() override { return &events_; }
 
   static ClassInfo BuildClassInfo() {
     return ClassBuilder<Alarm>("Alarm")
         .Method("Trigger", &Alarm::Trigger)
-        .Event("Ring", {"nTimes", "bCancel"})
+        .Event<void(int16_t, bool&)>("Ring", {"nTimes", "bCancel"})
         .Build();
   }
 
@@ -86,12 +89,71 @@ TEST_F(EventSourceTest, CallbackSeesTheEventAndWritesBack) {
   EXPECT_EQ(names, (std::vector<std::string>{"Ring", "Ring"}));
 }
 
-TEST_F(EventSourceTest, ObjectSinkIsCalledByEventNameWithByRefArguments) {
-  auto listener = std::make_shared<Listener>();
-  events().Advise(listener);
+TEST_F(EventSourceTest, OnlyByRefSlotsOfATypedEventAreShared) {
+  const EventInfo& ring = Alarm::RingEvent();
+  EXPECT_EQ(ring.param_types,
+            (std::vector<std::string>{"Integer", "Boolean&"}));
+  EXPECT_EQ(
+      std::vector<bool>({ring.IsByRef(0), ring.IsByRef(1), ring.IsByRef(2)}),
+      std::vector<bool>({false, true, false}));
+  std::vector<Variant> seen;
+  events().Advise([](std::string_view, Args args) {
+    args[0] = int16_t{99};
+    args[1] = true;
+  });
+  events().Advise([&](std::string_view, Args args) {
+    seen.assign(args.begin(), args.end());
+  });
+  Variant args[] = {int16_t{1}, false};
+  events().Raise(ring, args);
+  EXPECT_EQ(seen, (std::vector<Variant>{int16_t{1}, true}));
+  EXPECT_EQ(args[0], Variant(int16_t{1}));
+  EXPECT_EQ(args[1], Variant(true));
+
+  // Raised by name alone, every slot is shared.
+  events().Raise("Ring", args);
+  EXPECT_EQ(seen, (std::vector<Variant>{int16_t{99}, true}));
+  EXPECT_EQ(args[0], Variant(int16_t{99}));
+}
+
+TEST_F(EventSourceTest, ByRefChangesBeforeAFailingSinkReachTheRaiser) {
+  events().Advise([](std::string_view, Args args) { args[1] = "first"; });
+  events().Advise([](std::string_view, Args args) {
+    args[0] = int16_t{7};
+    throw Error::Object1000("Sink: kaputt");
+  });
+  Variant args[] = {int16_t{1}, false};
+  EXPECT_TRUE(RaisesError([&] { events().Raise(Alarm::RingEvent(), args); },
+                          -2147220504, "Sink: kaputt"));
+  EXPECT_EQ(args[0], Variant(int16_t{1}));
+  EXPECT_EQ(args[1], Variant("first"));
+}
+
+TEST_F(EventSourceTest, TypedCppHandlerGetsAReference) {
+  std::vector<int16_t> heard;
+  events().Advise(EventHandler<void(int16_t, bool&)>(
+      "RING", [&](int16_t times, bool& cancel) {
+        heard.push_back(times);
+        cancel = times > 2;
+      }));
   EXPECT_TRUE(alarm_->Trigger(3));
   EXPECT_FALSE(alarm_->Trigger(2));
-  EXPECT_EQ(listener->heard, (std::vector<int16_t>{3, 2}));
+  Variant other[] = {"x"};
+  events().Raise("Other", other);  // another event passes by
+  EXPECT_EQ(heard, (std::vector<int16_t>{3, 2}));
+  Variant too_few[] = {int16_t{1}};
+  EXPECT_TRUE(
+      RaisesError([&] { events().Raise("ring", too_few); }, 450,
+                  "Wrong number of arguments or invalid property assignment"));
+}
+
+TEST(EventDeclarationTest, NamesAndTypesMustPair) {
+  try {
+    ClassBuilder<Alarm>("Alarm").Event<void(int16_t)>("Ring", {"a", "b"});
+    FAIL() << "no error";
+  } catch (const std::invalid_argument& e) {
+    EXPECT_STREQ(e.what(), "event Ring: one name per parameter type");
+  }
 }
 
 TEST_F(EventSourceTest, SinksRunInAdvisingOrderUntilUnadvised) {
@@ -162,13 +224,14 @@ TEST_F(EventSourceTest, OtherErrorsOfASinkReachTheRaiser) {
                   "Wrong number of arguments or invalid property assignment"));
 }
 
-TEST_F(EventSourceTest, TheSourceKeepsItsSinksAlive) {
+TEST_F(EventSourceTest, ObjectSinkIsCalledByNameAndKeptAlive) {
   auto listener = std::make_shared<Listener>();
   std::weak_ptr<Listener> watch = listener;
   events().Advise(std::move(listener));
-  alarm_->Trigger(4);
+  EXPECT_TRUE(alarm_->Trigger(3));  // its by-reference answer comes back
+  EXPECT_FALSE(alarm_->Trigger(2));
   ASSERT_FALSE(watch.expired());
-  EXPECT_EQ(watch.lock()->heard, (std::vector<int16_t>{4}));
+  EXPECT_EQ(watch.lock()->heard, (std::vector<int16_t>{3, 2}));
   events().Unadvise(ObjectPtr(watch.lock()));
   EXPECT_TRUE(watch.expired());
 }

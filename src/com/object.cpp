@@ -8,10 +8,19 @@ namespace {
 // A get and a method are interchangeable for a caller that does not know
 // which of the two a member is (scripting hosts ask for both at once).
 const Accessor* Resolve(const MemberInfo& member, InvokeKind kind) {
-  const Accessor& wanted = member.For(kind);
-  if (wanted) return &wanted;
-  if (kind == InvokeKind::kMethod && member.get) return &member.get;
-  if (kind == InvokeKind::kGet && member.method) return &member.method;
+  auto either = [](const Accessor& first, const Accessor& second) {
+    return first ? &first : second ? &second : nullptr;
+  };
+  switch (kind) {
+    case InvokeKind::kMethod:
+      return either(member.method, member.get);
+    case InvokeKind::kGet:
+      return either(member.get, member.method);
+    case InvokeKind::kLet:
+      return member.let ? &member.let : nullptr;
+    case InvokeKind::kSet:
+      return member.set ? &member.set : nullptr;
+  }
   return nullptr;
 }
 
@@ -32,6 +41,10 @@ Variant Object::InvokeById(int32_t id, InvokeKind kind, Args args) {
   const MemberInfo* member = GetClassInfo().FindById(id);
   if (member == nullptr) throw Error::Runtime(err::kObjectDoesntSupport);
   return InvokeMember(*member, kind, args);
+}
+
+Variant Object::InvokeEvent(const EventInfo& event, Args args) {
+  return Invoke(event.name, InvokeKind::kMethod, args);
 }
 
 Variant Object::InvokeMember(const MemberInfo& member, InvokeKind kind,

@@ -3,6 +3,10 @@
 // member is reached by name through Invoke; classes of the library describe
 // their members once in a ClassInfo (see dispatch.h), hosts may override
 // Invoke instead. Objects are always held by std::shared_ptr.
+// Threads: objects take no locks: an object is used by one thread at a time;
+// different objects may be used on different threads at once. Holding an object
+// by std::shared_ptr from several threads is safe (the reference count is
+// atomic); calling it from several threads at once is not.
 #ifndef QVGLOBAL_COM_OBJECT_H_
 #define QVGLOBAL_COM_OBJECT_H_
 
@@ -29,6 +33,11 @@ class Object : public std::enable_shared_from_this<Object> {
   // A property get may be invoked as a method and the other way round.
   virtual Variant Invoke(std::string_view name, InvokeKind kind, Args args);
   Variant InvokeById(int32_t id, InvokeKind kind, Args args);
+  // Calls this object as a sink of `event`: invokes the member of the
+  // event's name as a method. Hosts whose callees cannot see by-reference
+  // parameters in their own signature override it to pass the ones the
+  // event marks (event.IsByRef) by reference.
+  virtual Variant InvokeEvent(const EventInfo& event, Args args);
 
   // The event sinks of an object with an outgoing interface; nullptr for
   // objects that raise no events.

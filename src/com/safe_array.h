@@ -2,6 +2,8 @@
 // lower bound. An empty array has the upper bound lower bound - 1. Elements
 // are addressed by their index between LBound and UBound; anything outside
 // raises 9 "Subscript out of range".
+// Threads: a SafeArray is a value: an object is used by one thread at a time;
+// different objects may be used on different threads at once.
 #ifndef QVGLOBAL_COM_SAFE_ARRAY_H_
 #define QVGLOBAL_COM_SAFE_ARRAY_H_
 

@@ -59,13 +59,5 @@ TEST(SafeArrayTest, ResizeKeepsWhatFitsAndAddsEmpties) {
   EXPECT_EQ(a[5], Variant("end"));
 }
 
-TEST(SafeArrayTest, StringArraysAreZeroBased) {
-  const SafeArray a = MakeStringArray({"WL", "HZ"});
-  EXPECT_EQ(a.LBound(), 0);
-  EXPECT_EQ(a.UBound(), 1);
-  EXPECT_EQ(a[1], Variant("HZ"));
-  EXPECT_EQ(a[1].type(), VarType::kString);
-}
-
 }  // namespace
 }  // namespace qv

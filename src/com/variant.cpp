@@ -179,14 +179,27 @@ bool Variant::ToBoolean() const {
   return ToDouble() != 0;
 }
 
+namespace {
+
+// A number as a date: 100-01-01 to 9999-12-31 23:59:59, as automation
+// allows; outside that range (or not finite) error 6.
+Date CheckedDate(double serial) {
+  if (!(serial > kFirstDaySerial - 1) || !(serial < kLastDaySerial + 1)) {
+    Raise(err::kOverflow);
+  }
+  return Date{serial};
+}
+
+}  // namespace
+
 Date Variant::ToDate() const {
   if (const auto* d = std::get_if<Date>(&value_)) return *d;
   if (const auto* s = std::get_if<std::string>(&value_)) {
     if (auto d = ParseDate(*s)) return *d;
-    if (auto n = ParseNumber(*s)) return Date{*n};
+    if (auto n = ParseNumber(*s)) return CheckedDate(*n);
     Raise(err::kTypeMismatch);
   }
-  return Date{ToDouble()};
+  return CheckedDate(ToDouble());
 }
 
 ObjectPtr Variant::ToObject() const {

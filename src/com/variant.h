@@ -3,6 +3,9 @@
 // Nothing) or Array. It has value semantics: copying a variant copies its
 // array, while an object is shared (it is a reference). The conversions and
 // comparisons follow the automation rules that scripting hosts rely on.
+// Threads: a Variant is a value: one variant is used by one thread at a time. A
+// variant holding an object shares that object, which follows the object's own
+// rule.
 #ifndef QVGLOBAL_COM_VARIANT_H_
 #define QVGLOBAL_COM_VARIANT_H_
 
@@ -67,8 +70,8 @@ class Variant {
   Variant(SafeArray a);
   // Other object types convert through their shared_ptr.
   template <class T>
-    requires std::is_base_of_v<Object, T>
-  Variant(std::shared_ptr<T> o) : value_(ObjectPtr(std::move(o))) {}
+  requires std::is_base_of_v<Object, T> Variant(std::shared_ptr<T> o)
+      : value_(ObjectPtr(std::move(o))) {}
 
   Variant(const Variant& other);
   // Defined out of line: g++ 12 misreads the inlined move of the string
@@ -131,9 +134,9 @@ class Variant {
   struct ArrayBox {
     std::shared_ptr<SafeArray> array;
   };
-  using Storage = std::variant<std::monostate, NullValue, bool, int16_t,
-                               int32_t, float, double, Date, std::string,
-                               ObjectPtr, ArrayBox>;
+  using Storage =
+      std::variant<std::monostate, NullValue, bool, int16_t, int32_t, float,
+                   double, Date, std::string, ObjectPtr, ArrayBox>;
   Storage value_;
 };
 

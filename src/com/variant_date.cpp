@@ -5,6 +5,8 @@
 #include <cmath>
 #include <cstdio>
 
+#include "com/error.h"
+
 namespace qv {
 namespace {
 
@@ -66,6 +68,9 @@ int64_t RoundTimeOfDay(Date d, int64_t units_per_day, double& whole) {
 }
 
 std::string FormatDate(Date d) {
+  if (!(d.serial > kFirstDaySerial - 1) || !(d.serial < kLastDaySerial + 1)) {
+    throw Error::Runtime(err::kOverflow);  // no calendar date
+  }
   double whole = 0;
   const int64_t seconds = RoundTimeOfDay(d, 86400, whole);
   int year, month, day;
@@ -77,29 +82,36 @@ std::string FormatDate(Date d) {
   return seconds == 0 ? date : date + " " + time;
 }
 
+namespace {
+
+// "hh:mm:ss" or "hh:mm" making up the whole of `text`.
+bool ReadTime(const char* text, int& h, int& mi, int& sec) {
+  int used = 0;
+  sec = 0;
+  if (std::sscanf(text, "%2d:%2d:%2d%n", &h, &mi, &sec, &used) < 3) {
+    sec = used = 0;
+    if (std::sscanf(text, "%2d:%2d%n", &h, &mi, &used) != 2) return false;
+  }
+  return text[used] == '\0' && h >= 0 && h <= 23 && mi >= 0 && mi <= 59 &&
+         sec >= 0 && sec <= 59;
+}
+
+}  // namespace
+
 std::optional<Date> ParseDate(std::string_view text) {
   const std::string s(text);
   int y, mo, d, h = 0, mi = 0, sec = 0, used = 0;
   if (std::sscanf(s.c_str(), "%4d-%2d-%2d%n", &y, &mo, &d, &used) != 3) {
-    return std::nullopt;
+    // A pure time, as FormatDate prints one.
+    if (!ReadTime(s.c_str(), h, mi, sec)) return std::nullopt;
+    return Date{(h * 3600.0 + mi * 60.0 + sec) / 86400.0};
   }
   if (static_cast<size_t>(used) < s.size()) {
     const char sep = s[static_cast<size_t>(used)];
     if (sep != ' ' && sep != 'T') return std::nullopt;
-    int used2 = 0;
-    const char* rest = s.c_str() + used + 1;
-    const int n = std::sscanf(rest, "%2d:%2d:%2d%n", &h, &mi, &sec, &used2);
-    if (n < 3) {
-      sec = 0;
-      if (std::sscanf(rest, "%2d:%2d%n", &h, &mi, &used2) != 2) {
-        return std::nullopt;
-      }
-    }
-    if (rest[used2] != '\0') return std::nullopt;
+    if (!ReadTime(s.c_str() + used + 1, h, mi, sec)) return std::nullopt;
   }
-  if (mo < 1 || mo > 12 || d < 1 || d > 31 || h > 23 || mi > 59 || sec > 59) {
-    return std::nullopt;
-  }
+  if (mo < 1 || mo > 12 || d < 1 || d > 31) return std::nullopt;
   return MakeDate(y, mo, d, h, mi, sec);
 }
 

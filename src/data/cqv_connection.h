@@ -17,6 +17,9 @@
 // through them the cached record sets; callers of getTable share the record
 // sets but never close them. Ending the connection closes the database and
 // empties the application clipboard of any of its record sets.
+// Threads: a connection is used by one thread at a time; different objects may
+// be used on different threads at once. Its record sets and table cache belong
+// to it and follow the same rule; the connection takes no locks.
 #ifndef QVGLOBAL_DATA_CQV_CONNECTION_H_
 #define QVGLOBAL_DATA_CQV_CONNECTION_H_
 
@@ -60,7 +63,9 @@ class CQvConnection : public Dispatchable<CQvConnection> {
 
   // The cached or newly opened record set of a table; null when the table
   // cannot be opened. With bWithParent a newly opened table is linked to its
-  // parent tables, which must have been opened before. Raises
+  // parent tables, which must have been opened before: a parent that is not
+  // in the cache raises QvConnectionErrorParentTableNotFound "parent table:
+  // '<p>' for table: '<t>' not found". Raises
   // QvConnectionErrorAlreadyReleased "instance already released: table 't'
   // not available (Path: p)" once the database is closed (the container
   // closes it when the last user has given the connection back).
@@ -73,29 +78,54 @@ class CQvConnection : public Dispatchable<CQvConnection> {
   // The lower-case database path of the connection string; "" without one.
   std::string Datasource() const;
 
+  // The schema version of the whole database against lVer, as getTableAge
+  // for the row "qvversions_t"; raises as getTableAge does.
   QvTableAge getConnectionAge(int32_t lVer);
+  // Stores lVer as the version of the whole database; raises 91 without a
+  // database and the engine's errors (db_error.h) when the row cannot be
+  // written.
   void setConnectionVersion(int32_t lVer);
   // Compares the stored version with lVer. A table without a version row
-  // is older and gets the row with version 100 at once.
+  // is older and gets the row with version 100 at once; writing that row
+  // raises 91 without a database and the engine's errors (db_error.h).
   QvTableAge getTableAge(const std::string& sTablename, int32_t lVer);
   // Sets the table's version and adds the columns Param describes, all or
-  // nothing; see table_schema.h.
+  // nothing; see table_schema.h. Raises 91 without a database,
+  // QvConnectionErrorUnknownFieldType for a bad column description,
+  // QvConnectionErrorOpenToConvert when the old or new table cannot be
+  // opened or the converted file fails its integrity check, and the engine's
+  // errors (db_error.h).
   void convertTable(const std::string& sTablename, int32_t lVer,
                     SafeArray& Param);
   void clearClipboards();
-  // The stored version; 0 when there is none.
+  // The stored version; 0 when there is none or no database. Never raises.
   int32_t getTableVersion(const std::string& sTablename);
   void saveIterPos();
   // True when every cached table could be positioned again.
   bool loadIterPos();
   int32_t getConnectionVersion();
   // Creates the key table and the data table and the version row, all or
-  // nothing.
+  // nothing. Raises 91 without a database, QvConnectionErrorAddTable for a
+  // bad name or key/data description ("no tablename", "no key data for:
+  // '<t>'" ...), and the engine's errors (db_error.h: kCatalog when the
+  // table exists).
   void addTable(const std::string& sTablename, int32_t lVer,
                 const Variant& vKey, const Variant& vData, bool bIsNumeric);
+  // Relates the key table sChild to its parent sParent (cascading update and
+  // delete over the parent's key columns). Raises 91 without a database and
+  // QvConnectionErrorSetChild when either table has no keys, the child has
+  // fewer keys than the parent or a key column's name differs ("column: <i>
+  // off the tables: '<p>' and '<c>' have not the same name"); the engine's
+  // errors (db_error.h: kCatalog for a missing table, kConstraint for child
+  // rows without a parent) pass through.
   void setChild(const std::string& sParent, const std::string& sChild);
+  // Removes that relation. Raises 91 without a database and
+  // QvConnectionErrorDelChild "there is no relation between : '<p>' and
+  // '<c>'" when there is none; engine errors pass through.
   void delChild(const std::string& sParent, const std::string& sChild);
+  // The database size stored in the version table; 0 when none. Never raises.
   int32_t getDatabaseSize();
+  // Stores it; raises as setConnectionVersion.
   void setDatabaseSize(int32_t lSize);
 
   static ClassInfo BuildClassInfo();

@@ -9,7 +9,7 @@
 #include "com/error.h"
 #include "com/text.h"
 #include "data/cqv_connection.h"
-#include "data/db_password.h"
+#include "data/internal/db_password.h"
 #include "datasource/db_catalog.h"
 #include "datasource/db_connection.h"
 #include "datasource/db_error.h"

@@ -8,6 +8,11 @@
 // and empties database files. The global application object creates the
 // one container; modules get connections from it and give them back with
 // closeQvConnection.
+// Threads: a container and the connections it hands out are used by one thread
+// at a time (the global object owns one per thread). Only the process-wide
+// count of open files (datasource/open_files.h) is shared, under its own lock,
+// so a container refuses to compact a file that another container of the
+// process holds open.
 #ifndef QVGLOBAL_DATA_CQV_DB_CONTAINER_H_
 #define QVGLOBAL_DATA_CQV_DB_CONTAINER_H_
 

@@ -14,6 +14,7 @@
 #include "data/qv_project.h"
 #include "datasource/db_connection.h"
 #include "datasource/db_maintenance.h"
+#include "testing/room_schema.h"
 #include "testing/temp_dir.h"
 
 namespace qv {
@@ -56,7 +57,8 @@ TEST(CQvDbContainerCrashTest, KilledCompactionLeavesOldOrNewFileIntact) {
     CQvDbContainer container;
     auto con = container.getQvProjectConnection(file);
     AddRoomTables(*con);
-    FillSampleRooms(*con, 5, 4, 5, static_cast<int>(kRooms / 100));
+    testing::FillHierarchy(*con->m_conConnection, testing::RoomLevels(),
+                           {5, 4, 5, static_cast<int>(kRooms / 100)});
     container.closeQvConnection(con);
   }
   const auto start = std::chrono::steady_clock::now();

@@ -9,11 +9,12 @@
 #include "com/class_factory.h"
 #include "com/text.h"
 #include "data/cqv_connection.h"
-#include "data/db_password.h"
+#include "data/internal/db_password.h"
 #include "data/qv_project.h"
 #include "datasource/db_connection.h"
 #include "datasource/qv_recordset.h"
 #include "testing/expect_error.h"
+#include "testing/room_schema.h"
 #include "testing/temp_dir.h"
 
 namespace qv {
@@ -189,7 +190,8 @@ TEST_F(CQvDbContainerTest, ClearAllTablesKeepsVersions) {
   const std::string file = NewProject(QvDbCatalogTypeLocal);
   auto con = container_.getQvProjectConnection(file);
   AddRoomTables(*con);
-  FillSampleRooms(*con, 2, 2, 1, 2);
+  testing::FillHierarchy(*con->m_conConnection, testing::RoomLevels(),
+                         {2, 2, 1, 2});
   container_.closeQvConnection(con);
   const int64_t versions = Count(file, "qvversions");
   ASSERT_EQ(Count(file, "raum_t"), 8);
@@ -206,7 +208,8 @@ TEST_F(CQvDbContainerTest, CompactionKeepsEveryRecordAndNoTemporaryFile) {
   const std::string file = NewProject(QvDbCatalogTypeLocal);
   auto con = container_.getQvProjectConnection(file);
   AddRoomTables(*con);
-  FillSampleRooms(*con, 10, 10, 10, 100);  // 100,000 rooms
+  testing::FillHierarchy(*con->m_conConnection, testing::RoomLevels(),
+                         {10, 10, 10, 100});  // 100,000 rooms
   EXPECT_TRUE(RaisesError([&] { container_.compactQvProjectConnection(file); },
                           QvDbErrorConnectionInUse,
                           "CQvDBContainer: database in use, close its "

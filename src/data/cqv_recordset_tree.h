@@ -3,6 +3,8 @@
 // one record set (none for the root), a strong link to its parent and its
 // children in order. Parent and child therefore keep each other alive: the
 // owner of the root must call Free on it, which releases the whole subtree.
+// Threads: a tree is used by one thread at a time, with the connection its
+// record sets come from.
 #ifndef QVGLOBAL_DATA_CQV_RECORDSET_TREE_H_
 #define QVGLOBAL_DATA_CQV_RECORDSET_TREE_H_
 

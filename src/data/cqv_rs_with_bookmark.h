@@ -2,6 +2,7 @@
 // record set together with the position that CQvConnection::saveIterPos
 // stored for it. Both fields are public and reachable by name. The entry
 // holds a reference to the record set; the connection owns the entry.
+// Threads: as the connection that owns the entry.
 #ifndef QVGLOBAL_DATA_CQV_RS_WITH_BOOKMARK_H_
 #define QVGLOBAL_DATA_CQV_RS_WITH_BOOKMARK_H_
 

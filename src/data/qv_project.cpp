@@ -19,7 +19,6 @@ using platform::FileSystem;
 
 constexpr int32_t kTableVersion = 1;
 const char* const kLevels[] = {"Gebaeude", "Stock", "Wohnung", "Raum"};
-const char* const kKeyPrefix[] = {"G", "S", "W", "R"};
 
 // Runs `f` on a connection of its own to `path`.
 template <class F>
@@ -102,30 +101,6 @@ void AddRoomTables(CQvConnection& con) {
                  data, false);
     if (level > 0) con.setChild(kLevels[level - 1], kLevels[level]);
   }
-}
-
-void FillSampleRooms(CQvConnection& con, int buildings, int storeys,
-                     int apartments, int rooms) {
-  const int counts[] = {buildings, storeys, apartments, rooms};
-  std::shared_ptr<ds::QvRecordset> rs[4];
-  for (int level = 0; level < 4; ++level)
-    rs[level] = con.getTable(kLevels[level]);
-  std::vector<std::string> keys(4);
-  // Depth-first: every record of a level is followed by its children.
-  std::function<void(int)> fill = [&](int level) {
-    for (int i = 1; i <= counts[level]; ++i) {
-      keys[level] = kKeyPrefix[level] + std::to_string(i);
-      for (int k = 0; k <= level; ++k) rs[level]->setValue(kLevels[k], keys[k]);
-      rs[level]->setValue("OrderNum", Variant(int32_t{i}));
-      rs[level]->setValue("Bezeichnung", Variant(std::string(kLevels[level]) +
-                                                 " " + keys[level]));
-      rs[level]->insertRecord();
-      if (level < 3) fill(level + 1);
-    }
-  };
-  ds::DbConnection::Transaction transaction(*con.m_conConnection);
-  fill(0);
-  transaction.Commit();
 }
 
 }  // namespace qv

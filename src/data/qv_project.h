@@ -5,6 +5,8 @@
 // storeys, apartments, rooms) can be added to a module database and filled
 // with sample rooms. These are the steps a new project takes in the
 // project-management module; the `qv` tool and the tests use them.
+// Threads: the functions open connections of their own and may run on any
+// thread, but two threads must not create or change the same project at once.
 #ifndef QVGLOBAL_DATA_QV_PROJECT_H_
 #define QVGLOBAL_DATA_QV_PROJECT_H_
 
@@ -35,11 +37,6 @@ void CreateModulDatabase(const std::string& path, QvDbCatalogType catalog);
 // keyed by the levels above it and its own key, with "OrderNum" and
 // "Bezeichnung", related parent to child).
 void AddRoomTables(CQvConnection& con);
-
-// Fills `buildings` buildings with `storeys` storeys of `apartments`
-// apartments of `rooms` rooms each; keys "G1", "S1", "W1", "R1" ...
-void FillSampleRooms(CQvConnection& con, int buildings, int storeys,
-                     int apartments, int rooms);
 
 }  // namespace qv
 

@@ -28,18 +28,27 @@ inline uint64_t LowerAsciiWord(uint64_t word) {
   return word | (((from_a & ~past_z) & kHighBits) >> 2);
 }
 
-}  // namespace
-
-// The last, partial word of a name: its bytes from the lowest up, the rest
-// zero. Built in a register, not through memory, so that it can be used at
-// once.
-inline uint64_t TailWord(const char* bytes, size_t count) {
-  uint64_t word = 0;
-  for (size_t k = 0; k < count; ++k) {
-    word |= uint64_t{static_cast<unsigned char>(bytes[k])} << (8 * k);
-  }
+inline uint64_t Load32(const char* bytes) {
+  uint32_t word;
+  std::memcpy(&word, bytes, 4);
   return word;
 }
+
+inline uint64_t Byte(const char* bytes, size_t k) {
+  return uint64_t{static_cast<unsigned char>(bytes[k])} << (8 * k);
+}
+
+// The last, partial word of a name (1 to 7 bytes): its bytes from the
+// lowest up, the rest zero. Two overlapping loads instead of a loop over
+// the bytes; where they overlap they put the same bytes in the same place.
+inline uint64_t TailWord(const char* bytes, size_t count) {
+  if (count >= 4) {
+    return Load32(bytes) | (Load32(bytes + count - 4) << (8 * (count - 4)));
+  }
+  return Byte(bytes, 0) | Byte(bytes, count / 2) | Byte(bytes, count - 1);
+}
+
+}  // namespace
 
 size_t TableNameKey::Hash(std::string_view normalized) {
   const size_t size = normalized.size();
@@ -81,9 +90,8 @@ TableNameKey::TableNameKey(std::string_view name) {
       uint64_t word = TailWord(trimmed.data() + i, size - i);
       high |= word;
       word = LowerAsciiWord(word);
-      for (size_t k = 0; i + k < size; ++k) {
-        buffer_[i + k] = static_cast<char>(word >> (8 * k));
-      }
+      // i + 8 <= kBufferSize: the bytes past the name are not part of it.
+      std::memcpy(buffer_.data() + i, &word, 8);
       h = Mix(h, word);
     }
     if ((high & kHighBits) == 0) {

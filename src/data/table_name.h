@@ -2,6 +2,8 @@
 // that " Raum " and "raum" name the same table. NormalizeTableName is the
 // general form; TableNameKey is the allocation-free form for lookups of
 // short ASCII names, which is what nearly every table name is.
+// Threads: a TableNameKey is a value; the functions keep no state and may run
+// on any thread.
 #ifndef QVGLOBAL_DATA_TABLE_NAME_H_
 #define QVGLOBAL_DATA_TABLE_NAME_H_
 

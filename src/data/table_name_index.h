@@ -4,6 +4,8 @@
 // two, so a lookup is one mask and, nearly always, one compare. Values are
 // only ever added or all cleared, as the table cache of a connection never
 // forgets a single table. The index owns its values.
+// Threads: an index is used by one thread at a time; concurrent lookups without
+// an add are safe, as they only read.
 #ifndef QVGLOBAL_DATA_TABLE_NAME_INDEX_H_
 #define QVGLOBAL_DATA_TABLE_NAME_INDEX_H_
 

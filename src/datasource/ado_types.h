@@ -9,6 +9,7 @@
 //     4 SINGLE      5 DOUBLE      205 LONGBINARY
 //
 // Plain value types, owned by whoever holds them.
+// Threads: the types here are plain values.
 #ifndef QVGLOBAL_DATASOURCE_ADO_TYPES_H_
 #define QVGLOBAL_DATASOURCE_ADO_TYPES_H_
 

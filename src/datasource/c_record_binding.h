@@ -23,7 +23,9 @@
  * The registry owns a copy of each layout; the caller owns the structure
  * and must unregister it before the structure goes away. Unregistering
  * detaches it from every record set bound to it. The functions may be
- * called from any thread. */
+ * called from any thread.
+ * Threads: the registry is process-wide and guarded by one mutex.
+ */
 #ifndef QVGLOBAL_DATASOURCE_C_RECORD_BINDING_H_
 #define QVGLOBAL_DATASOURCE_C_RECORD_BINDING_H_
 

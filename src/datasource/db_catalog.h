@@ -6,6 +6,7 @@
 // and compacts a database file. It keeps a reference to the connection,
 // which must outlive it. Foreign keys are named by a CONSTRAINT clause in
 // the table's CREATE statement, so names survive reopening.
+// Threads: as the DbConnection it works on (one thread at a time).
 #ifndef QVGLOBAL_DATASOURCE_DB_CATALOG_H_
 #define QVGLOBAL_DATASOURCE_DB_CATALOG_H_
 

@@ -6,7 +6,12 @@
 // RAII Transaction). It owns the SQLite handle; Close() or the destructor
 // releases it, rolling back a transaction still open. Errors are qv::Error
 // with the numbers of db_error.h.
-// Threads: one thread at a time may use a connection and what stands on it.
+// Threads: a connection is used by one thread at a time; different connections,
+// also to the same file, may be used on different threads at once (SQLite
+// serialises writers through the file lock and the busy timeout). A Transaction
+// belongs to the thread of its connection. The connection takes no lock of its
+// own; it registers in the process-wide count of open files, which has its own
+// lock.
 #ifndef QVGLOBAL_DATASOURCE_DB_CONNECTION_H_
 #define QVGLOBAL_DATASOURCE_DB_CONNECTION_H_
 

@@ -10,6 +10,8 @@
 // The data set shares the record set it was loaded from (its bound table)
 // and owns its rows. Errors: qv::Error; rows and columns outside the data
 // set raise 9, misuse object error 1000 with source "QvDs.<member>".
+// Threads: an object is used by one thread at a time; different objects may be
+// used on different threads at once. It takes no locks.
 #ifndef QVGLOBAL_DATASOURCE_QV_DS_H_
 #define QVGLOBAL_DATASOURCE_QV_DS_H_
 

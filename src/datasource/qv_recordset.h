@@ -19,6 +19,11 @@
 // for text that is too long), database failures the adapter's errors
 // (datasource/db_error.h), and misuse (not open, no current record, unknown
 // field name) object error 1000 with source "QvRecordset.<member>".
+// Threads: a record set is used by the thread that uses its connection, one
+// call at a time; it takes no locks of its own. Its prepared statements are
+// registered with their connection in a process-wide map under a mutex (so that
+// closing the connection releases them), and the C record layouts
+// (c_record_binding.h) are a process-wide registry under its own mutex.
 #ifndef QVGLOBAL_DATASOURCE_QV_RECORDSET_H_
 #define QVGLOBAL_DATASOURCE_QV_RECORDSET_H_
 

@@ -3,6 +3,7 @@
 // module table) has no caller to go to. It keeps, per thread, the last error
 // reported and how many were reported since the last Clear, so that the host
 // can read them. It prints nothing and writes no log.
+// Threads: the collected errors are per thread; no locks are taken.
 #ifndef QVGLOBAL_MESSAGES_ERROR_COLLECTOR_H_
 #define QVGLOBAL_MESSAGES_ERROR_COLLECTOR_H_
 

@@ -4,6 +4,8 @@
 // listener of the before-print event may make (bold, empty row, skip the
 // data-set row, add a further row). The printing code owns the object and
 // re-initialises it with init for every row, so requests never carry over.
+// Threads: an object is used by one thread at a time; different objects may be
+// used on different threads at once.
 #ifndef QVGLOBAL_MODULES_CAR_BEF_DET_SEC_PARAM_H_
 #define QVGLOBAL_MODULES_CAR_BEF_DET_SEC_PARAM_H_
 

@@ -4,6 +4,8 @@
 // The rules are plain string rules over the path naming of
 // platform::FileSystem, so both `\` and `/` separate path levels and the
 // paths need not exist. The class holds no state.
+// Threads: the object holds no state and may be called from any thread (file-
+// system calls go through platform::FileSystem::Current()).
 #ifndef QVGLOBAL_MODULES_CPR_FUNC_H_
 #define QVGLOBAL_MODULES_CPR_FUNC_H_
 

@@ -14,21 +14,26 @@ void CQvAREvents::REBefPrRowDetSec(
   if (events_.SinkCount() == 0) return;
   Variant args[] = {Variant(std::move(ARBefDetSecParam)),
                     Variant(vChangeRowValues)};
+  static const EventInfo& event =
+      *StaticClassInfo().FindEvent("BefPrRowDetSec");
   try {
-    events_.Raise("BefPrRowDetSec", args);
+    events_.Raise(event, args);
   } catch (...) {
-    // The array is shared with the listeners: what the listeners before the
+    // The array is passed by reference: what the listeners up to the
     // failing one changed stays changed.
     if (args[1].IsArray()) vChangeRowValues = std::move(args[1].ToArray());
     throw;
   }
+  // A listener may have put a whole new array (or another value) into the
+  // slot; anything but an array is a type mismatch.
   vChangeRowValues = std::move(args[1].ToArray());
 }
 
 ClassInfo CQvAREvents::BuildClassInfo() {
   return ClassBuilder<CQvAREvents>("CQvAREvents")
       .Method("REBefPrRowDetSec", &CQvAREvents::REBefPrRowDetSec)
-      .Event("BefPrRowDetSec", {"ARBefDetSecParam", "vChangeRowValues"})
+      .Event<void(std::shared_ptr<CARBefDetSecParam_t_>, SafeArray&)>(
+          "BefPrRowDetSec", {"ARBefDetSecParam", "vChangeRowValues"})
       .Build();
 }
 

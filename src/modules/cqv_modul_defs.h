@@ -5,6 +5,8 @@
 // thread's table, which the first of them builds. Modules are looked up by
 // code, letter case ignored, scanning the table in order; a code that is not
 // there raises object error 1000 with the member's not-found text.
+// Threads: an object is used by one thread at a time; it reads the module table
+// of its thread (modul_table.h).
 #ifndef QVGLOBAL_MODULES_CQV_MODUL_DEFS_H_
 #define QVGLOBAL_MODULES_CQV_MODUL_DEFS_H_
 

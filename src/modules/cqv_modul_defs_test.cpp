@@ -152,8 +152,6 @@ TEST_F(CQvModulDefsTest, NotFoundTexts) {
 
 TEST(CQvModulDefsByNameTest, CreatedAndCalledByName) {
   ObjectPtr defs = CreateObject("qvglobal10.CQvModulDefs");
-  EXPECT_EQ(defs->Call("StrToModul", {"EZ"}), Variant(int32_t{1}));
-  EXPECT_EQ(defs->Call("IsMultiProjectModul", {"lp"}), Variant(true));
   EXPECT_EQ(defs->Call("BuildDBName", {"Haus", int16_t{18}}),
             Variant("Haus_VM.qv3"));
   const Variant all = defs->Call("GetArrayQvModulDefs");
@@ -165,9 +163,6 @@ TEST(CQvModulDefsByNameTest, CreatedAndCalledByName) {
   EXPECT_EQ(vm->Get("m_eStartSize"), Variant(int32_t{mmssStartAlgo1}));
   EXPECT_EQ(Strings(vm->Get("m_aModuls").ToArray()),
             (std::vector<std::string>{"VM", "EZ", "GL"}));
-  EXPECT_EQ(
-      defs->Call("GetAllModulExtensions").ToObjectAs<Dictionary>()->Count(),
-      16);
 }
 
 }  // namespace

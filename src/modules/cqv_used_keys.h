@@ -7,6 +7,8 @@
 // counts). All dictionaries compare binary; letter case is ignored because
 // both strings are lower-cased before every use. The object owns all three
 // levels; the outer dictionary is created on first use.
+// Threads: an object is used by one thread at a time; different objects may be
+// used on different threads at once.
 #ifndef QVGLOBAL_MODULES_CQV_USED_KEYS_H_
 #define QVGLOBAL_MODULES_CQV_USED_KEYS_H_
 

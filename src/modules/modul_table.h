@@ -5,6 +5,8 @@
 // A build failure has no caller to reach: it goes to the ErrorCollector with
 // "modQvModulDefs->Init: " in front of its source, and the thread keeps
 // whatever was built (it is not rebuilt).
+// Threads: the table is per thread (thread_local) and read-only once built; no
+// locks are taken.
 #ifndef QVGLOBAL_MODULES_MODUL_TABLE_H_
 #define QVGLOBAL_MODULES_MODUL_TABLE_H_
 

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
+#include <initializer_list>
 #include <string>
 #include <thread>
 
@@ -36,88 +38,57 @@ std::string CheckError(const ModulTable& table) {
   return "";
 }
 
-TEST(ModulTableCheckTest, FixedTablePasses) {
-  EXPECT_EQ(CheckError(BuildModulTable()), "");
-}
-
-TEST(ModulTableCheckTest, CalculationClassNeedsTheRoomBook) {
-  auto table = EditedTable("VM", [](CQvModulDef& d) {
-    d.m_aModuls = MakeStringArray({"VM", "GL"});
-  });
-  EXPECT_EQ(CheckError(table),
-            "In VM wurde der Parameter .m_sRLTCalcModulClass gesetzt, obwohl "
-            "EZ nicht zum Modul gehöhrt.");
-  // The room book is found without regard to letter case.
-  table = EditedTable("VM", [](CQvModulDef& d) {
-    d.m_aModuls = MakeStringArray({"VM", "ez"});
-  });
-  EXPECT_EQ(CheckError(table), "");
-}
-
-TEST(ModulTableCheckTest, CalculationClassOnMultiInstanceModule) {
-  // LP is multi-instance and already includes EZ.
-  auto table = EditedTable("LP", [](CQvModulDef& d) {
-    d.m_sRLTCalcModulClass = "QVLPKERN10.QvKern";
-  });
-  EXPECT_EQ(CheckError(table),
-            "LP: Darf nicht mehrfach in einem \r\nProjekt vorkommen, weil es "
-            "den Raumlistenbaum zum kopieren/löschen\r\nverwendet.");
-}
-
-TEST(ModulTableCheckTest, AddingRoomBookToMultiModuleAloneIsAllowed) {
-  auto add_ez = [](CQvModulDef& d) {
-    d.m_aModuls = MakeStringArray({"JS", "GL", "EZ"});
+TEST(ModulTableCheckTest, EditedTablesPassOrFailWithTheirTexts) {
+  using Edit = std::function<void(CQvModulDef&)>;
+  auto modules = [](std::initializer_list<const char*> codes) -> Edit {
+    return
+        [list = MakeStringArray(codes)](CQvModulDef& d) { d.m_aModuls = list; };
   };
-  EXPECT_EQ(CheckError(EditedTable("JS", add_ez)), "");
-  auto table = EditedTable("JS", [&](CQvModulDef& d) {
-    add_ez(d);
-    d.m_sRLTCalcModulClass = "X.Y";
-  });
-  EXPECT_EQ(CheckError(table),
-            "JS: Darf nicht mehrfach in einem \r\nProjekt vorkommen, weil es "
-            "den Raumlistenbaum zum kopieren/löschen\r\nverwendet.");
-}
-
-TEST(ModulTableCheckTest, FirstModuleMustBeTheOwnCode) {
-  auto table = EditedTable("CE", [](CQvModulDef& d) {
-    d.m_aModuls = MakeStringArray({"XX", "EZ", "GL"});
-  });
-  EXPECT_EQ(CheckError(table),
-            "CE:  Das ersten Element \r\nim Array m_aModuls entspricht nicht "
-            "CE");
-  table = EditedTable("CE", [](CQvModulDef& d) {
-    d.m_aModuls = MakeStringArray({"ce", "EZ", "GL"});
-  });
-  EXPECT_EQ(CheckError(table), "");
-}
-
-TEST(ModulTableCheckTest, SingleEntryModuleListsAreNotChecked) {
-  // ZU names LP as its catalogue, which passes only while its module list
-  // has one entry; a wrong single entry passes as well.
-  EXPECT_EQ(
-      CheckError(EditedTable(
-          "DX", [](CQvModulDef& d) { d.m_aModuls = MakeStringArray({"XX"}); })),
-      "");
-  auto table = EditedTable("ZU", [](CQvModulDef& d) {
-    d.m_aModuls = MakeStringArray({"ZU", "EZ"});
-  });
-  EXPECT_EQ(CheckError(table),
-            "ZU:  Das ersten Element \r\nim Array m_aCatalogs entspricht "
-            "nicht ZU");
-}
-
-TEST(ModulTableCheckTest, IncludedModuleMustBeSingleInstance) {
-  // GL is included by JS first, then by VM, NO and CE.
-  auto table = EditedTable("GL", [](CQvModulDef& d) { d.m_bMulti = true; });
-  EXPECT_EQ(CheckError(table),
-            "GL kommt in JS vor und darf \r\ndeshalb nicht Projekt mehrfach "
-            "vorkommen.");
-  table = EditedTable("VM", [](CQvModulDef& d) {
-    d.m_aModuls = MakeStringArray({"VM", "EZ", "GL", "lp"});
-  });
-  EXPECT_EQ(CheckError(table),
-            "LP kommt in VM vor und darf \r\ndeshalb nicht Projekt mehrfach "
-            "vorkommen.");
+  const std::string multi_tree =
+      ": Darf nicht mehrfach in einem \r\nProjekt vorkommen, weil es den "
+      "Raumlistenbaum zum kopieren/löschen\r\nverwendet.";
+  const struct {
+    const char* code;
+    Edit edit;
+    std::string error;  // "" when the table passes
+  } kCases[] = {
+      {"VM", [](CQvModulDef&) {}, ""},
+      // A calculation class needs the room book, found in any letter case.
+      {"VM", modules({"VM", "GL"}),
+       "In VM wurde der Parameter .m_sRLTCalcModulClass gesetzt, obwohl EZ "
+       "nicht zum Modul gehöhrt."},
+      {"VM", modules({"VM", "ez"}), ""},
+      // LP is multi-instance and already includes EZ.
+      {"LP",
+       [](CQvModulDef& d) { d.m_sRLTCalcModulClass = "QVLPKERN10.QvKern"; },
+       "LP" + multi_tree},
+      {"JS", modules({"JS", "GL", "EZ"}), ""},
+      {"JS",
+       [&](CQvModulDef& d) {
+         modules({"JS", "GL", "EZ"})(d);
+         d.m_sRLTCalcModulClass = "X.Y";
+       },
+       "JS" + multi_tree},
+      {"CE", modules({"XX", "EZ", "GL"}),
+       "CE:  Das ersten Element \r\nim Array m_aModuls entspricht nicht CE"},
+      {"CE", modules({"ce", "EZ", "GL"}), ""},
+      // Single-entry lists are not checked; ZU names LP as its catalogue,
+      // which passes only while its module list has one entry.
+      {"DX", modules({"XX"}), ""},
+      {"ZU", modules({"ZU", "EZ"}),
+       "ZU:  Das ersten Element \r\nim Array m_aCatalogs entspricht nicht ZU"},
+      // GL is included by JS first, then by VM, NO and CE.
+      {"GL", [](CQvModulDef& d) { d.m_bMulti = true; },
+       "GL kommt in JS vor und darf \r\ndeshalb nicht Projekt mehrfach "
+       "vorkommen."},
+      {"VM", modules({"VM", "EZ", "GL", "lp"}),
+       "LP kommt in VM vor und darf \r\ndeshalb nicht Projekt mehrfach "
+       "vorkommen."},
+  };
+  for (const auto& c : kCases) {
+    SCOPED_TRACE(c.code);
+    EXPECT_EQ(CheckError(EditedTable(c.code, c.edit)), c.error);
+  }
 }
 
 // Resets this thread's table and errors around each test.

@@ -5,6 +5,8 @@
 // name; the array fields are variants holding zero-based string arrays.
 // The records of the module table (modul_table.h) are shared by reference
 // with every client that asks for them.
+// Threads: an object is used by one thread at a time; different objects may be
+// used on different threads at once.
 #ifndef QVGLOBAL_MODULES_QV_MODUL_DEF_H_
 #define QVGLOBAL_MODULES_QV_MODUL_DEF_H_
 

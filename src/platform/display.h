@@ -4,6 +4,10 @@
 // for the whole process; without one, a screen of 1920 x 1080 pixels at 24
 // bits per pixel and one plane is reported, and the cursor position is only
 // remembered (it starts at 0, 0).
+// Threads: the installed display is process-wide; installing and reading it
+// take a lock, and the default display guards its cursor position with its own
+// mutex, so any thread may call it. A host's own Display must be safe to call
+// from the threads that use the library.
 #ifndef QVGLOBAL_PLATFORM_DISPLAY_H_
 #define QVGLOBAL_PLATFORM_DISPLAY_H_
 

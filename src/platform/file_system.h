@@ -18,6 +18,10 @@
 // The host may install its own file system (an object of a derived class)
 // for the whole process; the library reaches file operations through
 // Current(). The naming rules are static and cannot be replaced.
+// Threads: the installed file system is process-wide; installing and reading it
+// take a lock (service_slot.h), so any thread may call Current(). The default
+// file system keeps no state; a host's own one must be safe to call from the
+// threads that use the library.
 #ifndef QVGLOBAL_PLATFORM_FILE_SYSTEM_H_
 #define QVGLOBAL_PLATFORM_FILE_SYSTEM_H_
 

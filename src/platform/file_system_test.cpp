@@ -32,45 +32,41 @@ TEST(FileSystemNamingTest, BuildPathKeepsTheLeftPartsSeparator) {
   EXPECT_EQ(FS::BuildPath("/a", ""), "/a");
 }
 
-TEST(FileSystemNamingTest, NamesOfAWindowsPath) {
-  const std::string path = "C:\\P\\Haus_A_VM.qv3";
-  EXPECT_EQ(FS::GetBaseName(path), "Haus_A_VM");
-  EXPECT_EQ(FS::GetExtensionName(path), "qv3");
-  EXPECT_EQ(FS::GetFileName(path), "Haus_A_VM.qv3");
-  EXPECT_EQ(FS::GetParentFolderName(path), "C:\\P");
-  EXPECT_EQ(FS::GetParentFolderName("C:\\P"), "C:\\");
-  EXPECT_EQ(FS::GetParentFolderName("C:\\"), "");
-  EXPECT_EQ(FS::GetFileName("C:\\"), "");
-  EXPECT_EQ(FS::GetParentFolderName("C:\\X.qv3\\Y.qv3"), "C:\\X.qv3");
-}
-
-TEST(FileSystemNamingTest, NamesOfAPosixPath) {
-  const std::string path = "/home/p/Haus_A_VM.qv3";
-  EXPECT_EQ(FS::GetBaseName(path), "Haus_A_VM");
-  EXPECT_EQ(FS::GetExtensionName(path), "qv3");
-  EXPECT_EQ(FS::GetFileName(path), "Haus_A_VM.qv3");
-  EXPECT_EQ(FS::GetParentFolderName(path), "/home/p");
-  EXPECT_EQ(FS::GetParentFolderName("/a/b"), "/a");
-  EXPECT_EQ(FS::GetParentFolderName("/a"), "/");
-  EXPECT_EQ(FS::GetParentFolderName("/"), "");
-  EXPECT_EQ(FS::GetParentFolderName("x"), "");
-  EXPECT_EQ(FS::GetParentFolderName("a//b"), "a");
-  EXPECT_EQ(FS::GetBaseName("/home/p/x.tar.gz"), "x.tar");
-  EXPECT_EQ(FS::GetExtensionName("/home/p/x.tar.gz"), "gz");
-}
-
-TEST(FileSystemNamingTest, EdgesOfNames) {
-  // Trailing separators are ignored.
-  EXPECT_EQ(FS::GetBaseName("C:\\P\\Haus.qv3\\"), "Haus");
-  EXPECT_EQ(FS::GetFileName("/p/Haus.qv3//"), "Haus.qv3");
-  EXPECT_EQ(FS::GetParentFolderName("/p/Haus.qv3/"), "/p");
-  // Only the last component has an extension.
-  EXPECT_EQ(FS::GetExtensionName("/p.qv3/Haus"), "");
-  EXPECT_EQ(FS::GetBaseName("/p.qv3/Haus"), "Haus");
-  EXPECT_EQ(FS::GetExtensionName("a."), "");
-  EXPECT_EQ(FS::GetBaseName(".profile"), "");
-  EXPECT_EQ(FS::GetExtensionName(".profile"), "profile");
-  EXPECT_EQ(FS::GetBaseName(""), "");
+TEST(FileSystemNamingTest, NamesOfWindowsAndPosixPaths) {
+  struct Row {
+    const char* path;
+    const char* base;
+    const char* extension;
+    const char* file;
+    const char* parent;
+  };
+  const Row rows[] = {
+      {"C:\\P\\Haus_A_VM.qv3", "Haus_A_VM", "qv3", "Haus_A_VM.qv3", "C:\\P"},
+      {"C:\\P", "P", "", "P", "C:\\"},
+      {"C:\\", "", "", "", ""},
+      {"C:\\X.qv3\\Y.qv3", "Y", "qv3", "Y.qv3", "C:\\X.qv3"},
+      {"/home/p/Haus_A_VM.qv3", "Haus_A_VM", "qv3", "Haus_A_VM.qv3", "/home/p"},
+      {"/a", "a", "", "a", "/"},
+      {"/", "", "", "", ""},
+      {"x", "x", "", "x", ""},
+      {"a//b", "b", "", "b", "a"},
+      {"/home/p/x.tar.gz", "x.tar", "gz", "x.tar.gz", "/home/p"},
+      // Trailing separators are ignored.
+      {"C:\\P\\Haus.qv3\\", "Haus", "qv3", "Haus.qv3", "C:\\P"},
+      {"/p/Haus.qv3//", "Haus", "qv3", "Haus.qv3", "/p"},
+      // Only the last component has an extension.
+      {"/p.qv3/Haus", "Haus", "", "Haus", "/p.qv3"},
+      {"a.", "a", "", "a.", ""},
+      {".profile", "", "profile", ".profile", ""},
+      {"", "", "", "", ""},
+  };
+  for (const Row& row : rows) {
+    SCOPED_TRACE(row.path);
+    EXPECT_EQ(FS::GetBaseName(row.path), row.base);
+    EXPECT_EQ(FS::GetExtensionName(row.path), row.extension);
+    EXPECT_EQ(FS::GetFileName(row.path), row.file);
+    EXPECT_EQ(FS::GetParentFolderName(row.path), row.parent);
+  }
   EXPECT_EQ(FS::ToNativePath("P\\x\\y.qv3"), "P/x/y.qv3");
 }
 

@@ -2,6 +2,9 @@
 // file) for a window of the host. The host application installs the handler
 // that really shows help; without one, nothing happens. The installed
 // handler is shared by the whole process.
+// Threads: the handler is process-wide; installing and reading it take a lock,
+// and the handler runs on the calling thread without it, so it may install or
+// reset itself.
 #ifndef QVGLOBAL_PLATFORM_HELP_VIEWER_H_
 #define QVGLOBAL_PLATFORM_HELP_VIEWER_H_
 

@@ -3,6 +3,9 @@
 // installs the handler that really shows it; until then (and in tools and
 // tests without a user interface) the text goes to standard error and the
 // answer is OK. The installed handler is shared by the whole process.
+// Threads: the handler is process-wide; installing and reading it take a lock,
+// and the handler runs on the calling thread without it, so it may install or
+// reset itself.
 #ifndef QVGLOBAL_PLATFORM_MESSAGE_BOX_H_
 #define QVGLOBAL_PLATFORM_MESSAGE_BOX_H_
 

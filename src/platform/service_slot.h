@@ -3,6 +3,7 @@
 // An empty value means "nothing installed": callers then use their default.
 // The slot owns a copy of the installed value; readers get their own copy,
 // so a handler may install or reset its slot while it runs.
+// Threads: every call takes the slot's mutex; any thread may install or read.
 #ifndef QVGLOBAL_PLATFORM_SERVICE_SLOT_H_
 #define QVGLOBAL_PLATFORM_SERVICE_SLOT_H_
 

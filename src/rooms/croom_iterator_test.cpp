@@ -6,7 +6,6 @@
 #include <string>
 #include <vector>
 
-#include "com/class_factory.h"
 #include "com/error.h"
 #include "data/cqv_connection.h"
 #include "datasource/qv_recordset.h"
@@ -223,21 +222,6 @@ TEST(CRoomIteratorTest, ComparesAndHandsOutTheCurrentKey) {
   EXPECT_FALSE(it->EqualRoom(Variant(other)));
   EXPECT_TRUE(RaisesError([&] { it->EqualRoom(Variant("G1")); }, 13,
                           "Type mismatch"));
-}
-
-TEST(CRoomIteratorTest, ReachableByName) {
-  RoomProject project(kProject);
-  const Levels levels = project.Levels(false);
-  ObjectPtr it = CreateObject("qvglobal10.CRoomIterator_t_");
-  it->Call("init", {Variant(ObjectPtr(levels[0])), Variant(ObjectPtr(levels[1])),
-                    Variant(ObjectPtr(levels[2])), Variant(ObjectPtr(levels[3]))});
-  EXPECT_EQ(it->Call("FirstRoom"), Variant(true));
-  EXPECT_EQ(it->Call("NextRoom"), Variant(true));
-  EXPECT_EQ(it->Get("Raum"), Variant("R1"));
-  EXPECT_EQ(it->Call("GotoRoom", {Variant("G4"), Variant("S1"), Variant("W1"),
-                                  Variant("R2")}),
-            Variant(true));
-  EXPECT_EQ(it->Call("NextRoom", {Variant(true)}), Variant(false));
 }
 
 }  // namespace

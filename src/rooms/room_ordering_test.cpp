@@ -6,7 +6,6 @@
 #include <string>
 #include <vector>
 
-#include "com/class_factory.h"
 #include "datasource/qv_ds.h"
 #include "datasource/qv_recordset.h"
 #include "rooms/croom_iterator.h"
@@ -82,17 +81,6 @@ TEST(RoomOrderingTest, NumbersTheDataSetsRoomsInWalkingOrder) {
     EXPECT_EQ(StoredNumbers(project), c.after);
     EXPECT_EQ(WalkOrder(project), order);
   }
-}
-
-TEST(RoomOrderingTest, ReachableByNameOnTheGlobalFunctions) {
-  RoomProject project(kProject);
-  auto levels = project.Levels();
-  ObjectPtr functions = CreateObject("qvglobal10.CQVGlobalFunctions");
-  functions->Call("SortOrderNumRooms",
-                  {Variant(ObjectPtr(RoomData(project))),
-                   Variant(ObjectPtr(levels[0])), Variant(ObjectPtr(levels[1])),
-                   Variant(ObjectPtr(levels[2])), Variant(ObjectPtr(levels[3]))});
-  EXPECT_EQ(StoredNumbers(project).at("G1/S3/W2/R1"), 4);
 }
 
 }  // namespace

@@ -3,6 +3,8 @@
 // keyboard shortcut strings in send-keys notation ("^" Ctrl, "+" Shift,
 // "%" Alt, braces around named keys). It keeps no state; every object is
 // interchangeable with every other.
+// Threads: an object is used by one thread at a time; different objects may be
+// used on different threads at once.
 #ifndef QVGLOBAL_SHELL_CQV_ACTIVE_BAR_H_
 #define QVGLOBAL_SHELL_CQV_ACTIVE_BAR_H_
 

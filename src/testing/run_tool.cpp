@@ -5,6 +5,7 @@
 
 #include <fstream>
 #include <iterator>
+#include <sstream>
 
 #include "testing/temp_dir.h"
 
@@ -29,6 +30,18 @@ ToolRun RunTool(const std::string& program, const std::string& args,
   std::ifstream err(err_file);
   run.err.assign(std::istreambuf_iterator<char>(err), {});
   return run;
+}
+
+void PrintTo(const ToolRun& run, std::ostream* os) {
+  *os << "status " << run.status << ", out \"" << run.out << "\", err \""
+      << run.err << "\"";
+}
+
+std::vector<std::string> Lines(const std::string& text) {
+  std::vector<std::string> lines;
+  std::istringstream in(text);
+  for (std::string line; std::getline(in, line);) lines.push_back(line);
+  return lines;
 }
 
 }  // namespace qv::testing

@@ -2,7 +2,8 @@
 // classes, one per line; with one, that class's dispatch interface: each
 // member in interface order with its id, name, the ways it can be invoked
 // its parameter types (optional ones in brackets) and the type of the
-// value a let or set takes, then its events.
+// value a let or set takes, then its events with their parameter types
+// where the class declares them ("Array&" for a by-reference one).
 #include <fmt/format.h>
 
 #include <CLI/CLI.hpp>
@@ -74,8 +75,13 @@ void PrintClass(const std::string& progid) {
   if (info.events().empty()) return;
   std::cout << "events:\n";
   for (const EventInfo& e : info.events()) {
-    std::cout << fmt::format("      {}({})\n", e.name,
-                             fmt::join(e.params, ", "));
+    std::vector<std::string> params;
+    for (size_t i = 0; i < e.params.size(); ++i) {
+      params.push_back(i < e.param_types.size()
+                           ? e.param_types[i] + " " + e.params[i]
+                           : e.params[i]);
+    }
+    std::cout << fmt::format("      {}({})\n", e.name, fmt::join(params, ", "));
   }
 }
 

@@ -17,6 +17,7 @@
 #include "platform/file_system.h"
 #include "platform/profile.h"
 #include "qv/command_registry.h"
+#include "qv/tool_text.h"
 #include "shell/c_control_ini_manager.h"
 #include "shell/cqv_ini_manager.h"
 
@@ -48,9 +49,11 @@ void PrintSections(std::ostream& out,
                    const std::string& indent, const std::string& only) {
   for (const platform::ProfileSection& s : sections) {
     if (!only.empty() && !text::EqualsText(s.name, only)) continue;
-    out << indent << '[' << s.name << "]\n";
+    // Names and values come from the file: escaped for the terminal.
+    out << indent << '[' << EscapeControls(s.name) << "]\n";
     for (const auto& [key, value] : s.keys) {
-      out << indent << "  " << key << '=' << value << '\n';
+      out << indent << "  " << EscapeControls(key) << '='
+          << EscapeControls(value) << '\n';
     }
   }
 }
@@ -74,7 +77,9 @@ void AddIniCommand(CLI::App& app) {
   get->add_option("KEY", a->key)->required();
   get->callback([a] {
     RequireFile(a->file);
-    std::cout << Profile::GetString(a->file, a->section, a->key, "") << '\n';
+    std::cout << EscapeControls(
+                     Profile::GetString(a->file, a->section, a->key, ""))
+              << '\n';
   });
 
   CLI::App* set = ini->add_subcommand("set", "Write the value of a key");

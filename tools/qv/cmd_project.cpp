@@ -32,9 +32,9 @@ void CreateProject(const ProjectOptions& o) {
 void AddProjectCommand(CLI::App& app) {
   CLI::App* project = app.add_subcommand("project", "Project folders");
   project->require_subcommand(1);
-  CLI::App* create =
-      project->add_subcommand("new", "Create a project folder with its "
-                                     "module databases");
+  CLI::App* create = project->add_subcommand("new",
+                                             "Create a project folder with its "
+                                             "module databases");
   auto o = std::make_shared<ProjectOptions>();
   create->add_option("DIR", o->dir, "Folder to create the project in")
       ->required();

@@ -18,6 +18,7 @@
 #include "datasource/qv_ds.h"
 #include "datasource/qv_recordset.h"
 #include "qv/command_registry.h"
+#include "qv/tool_text.h"
 #include "qv/room_file.h"
 #include "rooms/croom_intervall.h"
 #include "rooms/croom_iterator.h"
@@ -56,12 +57,15 @@ class RoomPrinter {
 
   void Print(const RoomKey& key) {
     if (flat_) {
-      out_ += Joined(key, "\t") + '\n';
+      RoomKey shown;
+      for (size_t i = 0; i < key.size(); ++i) shown[i] = EscapeControls(key[i]);
+      out_ += Joined(shown, "\t") + '\n';
     } else {
       int from = 0;
       while (from < 3 && previous_[from] == key[from]) ++from;
       for (int level = from; level < 4; ++level)
-        out_ += std::string(2 * level, ' ') + file_.Describe(level) + '\n';
+        out_ += std::string(2 * level, ' ') +
+                EscapeControls(file_.Describe(level)) + '\n';
     }
     previous_ = key;
     if (out_.size() > (1 << 16)) {

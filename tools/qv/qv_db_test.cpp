@@ -17,12 +17,8 @@ namespace qv {
 namespace {
 
 namespace fs = std::filesystem;
-using ::qv::testing::RunTool;
+using ::qv::testing::RunQv;
 using ::qv::testing::ToolRun;
-
-ToolRun RunQv(const std::string& args) {
-  return RunTool(QVGLOBAL_QV_TOOL, args);
-}
 
 class QvDbToolTest : public ::testing::Test {
  protected:

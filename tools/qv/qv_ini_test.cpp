@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <fstream>
 #include <string>
 
 #include "testing/run_tool.h"
@@ -67,6 +68,14 @@ TEST_F(QvIniToolTest, MissingFilesAndFailedWritesExitWithStatus1) {
   // Deleting from a file that is not there changes nothing and succeeds.
   EXPECT_EQ(Ini("delete " + Quoted() + " S").status, 0);
   EXPECT_FALSE(std::filesystem::exists(file_));
+}
+
+TEST_F(QvIniToolTest, ContentIsPrintedWithControlsEscaped) {
+  std::ofstream(file_)
+      << "[S]\r\nk=\x1b]0;owned\x07 x\r\n[T\x1b[31m]\r\nn=1\r\n";
+  EXPECT_EQ(Ini("show " + Quoted()).out,
+            "[S]\n  k=\\x1b]0;owned\\x07 x\n[T\\x1b[31m]\n  n=1\n");
+  EXPECT_EQ(Ini("get " + Quoted() + " S k").out, "\\x1b]0;owned\\x07 x\n");
 }
 
 TEST_F(QvIniToolTest, DemoRestoresASavedForm) {

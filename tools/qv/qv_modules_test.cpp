@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
-#include <sstream>
 #include <string>
 #include <vector>
 
@@ -16,19 +15,9 @@
 namespace qv {
 namespace {
 
-using ::qv::testing::RunTool;
+using ::qv::testing::Lines;
+using ::qv::testing::RunQv;
 using ::qv::testing::ToolRun;
-
-ToolRun RunQv(const std::string& args) {
-  return RunTool(QVGLOBAL_QV_TOOL, args);
-}
-
-std::vector<std::string> Lines(const std::string& text) {
-  std::vector<std::string> lines;
-  std::istringstream in(text);
-  for (std::string line; std::getline(in, line);) lines.push_back(line);
-  return lines;
-}
 
 // The character column at which `what` starts in `line`.
 size_t Column(const std::string& line, const std::string& what) {
@@ -38,37 +27,36 @@ size_t Column(const std::string& line, const std::string& what) {
 }
 
 TEST(QvModulesToolTest, OneModuleListsEveryField) {
-  const ToolRun run = RunQv("modules vm");
-  EXPECT_EQ(run.status, 0);
-  EXPECT_EQ(run.err, "");
-  EXPECT_EQ(run.out,
-            "m_eModul                               18\n"
-            "m_sDescription                         Heizlast\n"
-            "m_sQvSpecDesc                          EN 12831\n"
-            "m_sExtension                           VM\n"
-            "m_aModuls                              VM,EZ,GL\n"
-            "m_aCatalogs                            VM,GL\n"
-            "m_bMulti                               False\n"
-            "m_bIsModulWithBearbeitungsstand        True\n"
-            "m_bIsModulToCopyFromUser               True\n"
-            "m_bIsVisibleInTree                     True\n"
-            "m_bIsModulWithBearbeitungsaenderungen  True\n"
-            "m_bStartShowFullSize                   False\n"
-            "m_aQuickClicks                         DX,GL,CE,SY\n"
-            "m_sRLTCalcModulClass                   QVNOKERN10.QvKern\n"
-            "m_bND                                  False\n"
-            "m_eStartSize                           3 (mmssStartAlgo1)\n"
-            "m_sStartSizeWidth                      0\n"
-            "m_sStartSizeHeight                     0\n"
-            "m_bShowPicInDX                         False\n");
+  EXPECT_EQ(
+      RunQv("modules vm"),
+      (ToolRun{0,
+               "m_eModul                               18\n"
+               "m_sDescription                         Heizlast\n"
+               "m_sQvSpecDesc                          EN 12831\n"
+               "m_sExtension                           VM\n"
+               "m_aModuls                              VM,EZ,GL\n"
+               "m_aCatalogs                            VM,GL\n"
+               "m_bMulti                               False\n"
+               "m_bIsModulWithBearbeitungsstand        True\n"
+               "m_bIsModulToCopyFromUser               True\n"
+               "m_bIsVisibleInTree                     True\n"
+               "m_bIsModulWithBearbeitungsaenderungen  True\n"
+               "m_bStartShowFullSize                   False\n"
+               "m_aQuickClicks                         DX,GL,CE,SY\n"
+               "m_sRLTCalcModulClass                   QVNOKERN10.QvKern\n"
+               "m_bND                                  False\n"
+               "m_eStartSize                           3 (mmssStartAlgo1)\n"
+               "m_sStartSizeWidth                      0\n"
+               "m_sStartSizeHeight                     0\n"
+               "m_bShowPicInDX                         False\n",
+               ""}));
 }
 
 TEST(QvModulesToolTest, UnknownModuleFails) {
-  const ToolRun run = RunQv("modules XY");
-  EXPECT_EQ(run.status, 1);
-  EXPECT_EQ(run.out, "");
-  EXPECT_EQ(run.err,
-            "CQvModulDefs->GetProjectModul: Finde zu 'XY' kein Struktur\n");
+  EXPECT_EQ(RunQv("modules XY"),
+            (ToolRun{1, "",
+                     "CQvModulDefs->GetProjectModul: Finde zu 'XY' kein "
+                     "Struktur\n"}));
 }
 
 TEST(QvModulesToolTest, TableInOrderWithAlignedColumns) {
@@ -92,31 +80,24 @@ TEST(QvModulesToolTest, TableInOrderWithAlignedColumns) {
   EXPECT_NE(lines[2].find("mmssAbsolute 870x600"), std::string::npos);
 }
 
-TEST(QvNameToolTest, ModuleFile) {
-  const ToolRun run = RunQv("name /home/p/Haus_A_VM.qv3");
-  EXPECT_EQ(run.status, 0);
-  EXPECT_EQ(run.err, "");
-  EXPECT_EQ(run.out,
-            "/home/p/Haus_A_VM.qv3\n"
-            "  module code      VM\n"
-            "  module instance  Haus_A\n"
-            "  module file      yes\n");
-}
-
-TEST(QvNameToolTest, FailuresAreReportedAndTheRestStillRead) {
-  const ToolRun run =
-      RunQv("name 'C:\\P\\Haus.qv3' 'Müller_Haus_EZ.qv3' Haus.qv3");
-  EXPECT_EQ(run.status, 1);
-  EXPECT_EQ(run.err,
-            "Kein Modul in Filename C:\\P\\Haus.qv3 gefunden\n"
-            "Kein Modul in Filename Haus.qv3 gefunden\n");
-  EXPECT_EQ(run.out,
-            "C:\\P\\Haus.qv3\n"
-            "Müller_Haus_EZ.qv3\n"
-            "  module code      EZ\n"
-            "  module instance  Müller_Haus\n"
-            "  module file      yes\n"
-            "Haus.qv3\n");
+TEST(QvNameToolTest, ModuleFilesAndFailuresWhileTheRestIsStillRead) {
+  EXPECT_EQ(RunQv("name /home/p/Haus_A_VM.qv3"),
+            (ToolRun{0,
+                     "/home/p/Haus_A_VM.qv3\n"
+                     "  module code      VM\n"
+                     "  module instance  Haus_A\n"
+                     "  module file      yes\n",
+                     ""}));
+  EXPECT_EQ(RunQv("name 'C:\\P\\Haus.qv3' 'Müller_Haus_EZ.qv3' Haus.qv3"),
+            (ToolRun{1,
+                     "C:\\P\\Haus.qv3\n"
+                     "Müller_Haus_EZ.qv3\n"
+                     "  module code      EZ\n"
+                     "  module instance  Müller_Haus\n"
+                     "  module file      yes\n"
+                     "Haus.qv3\n",
+                     "Kein Modul in Filename C:\\P\\Haus.qv3 gefunden\n"
+                     "Kein Modul in Filename Haus.qv3 gefunden\n"}));
 }
 
 TEST(QvNameToolTest, ProjectFolders) {

@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
-#include <sstream>
 #include <string>
 #include <vector>
 
@@ -20,42 +19,19 @@ namespace {
 
 namespace fs = std::filesystem;
 
+using ::qv::testing::Lines;
+using ::qv::testing::RunQv;
 using ::qv::testing::ToolRun;
 
-// Runs `qv <args>`; `env` is put in front of the command (e.g. "TMPDIR=/x").
-ToolRun RunQv(const std::string& args, const std::string& env = "") {
-  return ::qv::testing::RunTool(QVGLOBAL_QV_TOOL, args, env);
-}
-
-std::vector<std::string> Lines(const std::string& text) {
-  std::vector<std::string> lines;
-  std::istringstream in(text);
-  for (std::string line; std::getline(in, line);) lines.push_back(line);
-  return lines;
-}
-
-TEST(QvToolTest, KeysPrintsOneKeyStringPerLine) {
-  const ToolRun run = RunQv("keys 0 1 26 37 38 70 71 75");
-  EXPECT_EQ(run.status, 0);
-  EXPECT_EQ(run.out,
-            "\n^a\n^z\n{F11}\n^{F1}\n+^{F11}\n^{INSERT}\n%{BACKSPACE}\n");
-  EXPECT_EQ(run.err, "");
-}
-
-TEST(QvToolTest, KeysStopsAtTheFirstUnknownCode) {
-  const ToolRun alone = RunQv("keys 76");
-  EXPECT_EQ(alone.status, 1);
-  EXPECT_EQ(alone.out, "");
+TEST(QvToolTest, KeysPrintsOneKeyStringPerLineUpToAnUnknownCode) {
+  const std::string unknown =
+      "CQVActiveBar->ABKeyCodeToSendKeyStr: Nicht zuweisbarer KeyCode ";
   EXPECT_EQ(
-      alone.err,
-      "CQVActiveBar->ABKeyCodeToSendKeyStr: Nicht zuweisbarer KeyCode 76\n");
-
-  const ToolRun mixed = RunQv("keys 49 -1 2");
-  EXPECT_EQ(mixed.status, 1);
-  EXPECT_EQ(mixed.out, "+{F1}\n");
-  EXPECT_EQ(
-      mixed.err,
-      "CQVActiveBar->ABKeyCodeToSendKeyStr: Nicht zuweisbarer KeyCode -1\n");
+      RunQv("keys 0 1 26 37 38 70 71 75"),
+      (ToolRun{0, "\n^a\n^z\n{F11}\n^{F1}\n+^{F11}\n^{INSERT}\n%{BACKSPACE}\n",
+               ""}));
+  EXPECT_EQ(RunQv("keys 76"), (ToolRun{1, "", unknown + "76\n"}));
+  EXPECT_EQ(RunQv("keys 49 -1 2"), (ToolRun{1, "+{F1}\n", unknown + "-1\n"}));
 }
 
 TEST(QvToolTest, KeysRefusesWhatIsNoKeyCodeBeforePrintingAnything) {
@@ -140,7 +116,8 @@ TEST(QvToolTest, ClassesShowsOneInterfaceInOrder) {
             "qvglobal10.CQvAREvents (CQvAREvents)\n"
             "   1  REBefPrRowDetSec  method       (Object, Array&)\n"
             "events:\n"
-            "      BefPrRowDetSec(ARBefDetSecParam, vChangeRowValues)\n");
+            "      BefPrRowDetSec(Object ARBefDetSecParam, Array& "
+            "vChangeRowValues)\n");
 
   const ToolRun param = RunQv("classes qvglobal10.CARBefDetSecParam_t_");
   EXPECT_EQ(Lines(param.out)[1], "   1  RowQvDs          get/let      = Long");
@@ -181,6 +158,20 @@ TEST(QvToolTest, DemoKeepsTheFolderGivenWithDir) {
   EXPECT_EQ(run.status, 0) << run.err;
   EXPECT_EQ(Lines(run.out).at(0), "qv demo in " + dir);
   EXPECT_TRUE(fs::is_directory(dir));
+}
+
+// An error no command expects (here the file system refusing a folder under
+// a plain file) ends the tool with a message and status 2, not an abort.
+TEST(QvToolTest, UnexpectedErrorsExitWithStatusTwo) {
+  testing::TempDir tmp;
+  const std::string file = tmp.File("plain");
+  std::ofstream(file) << "x";
+  const ToolRun run = RunQv("demo --dir '" + file + "/sub'");
+  EXPECT_EQ(run.status, 2);
+  EXPECT_EQ(run.err,
+            "qv: unexpected error: filesystem error: cannot create "
+            "directories: Not a directory [" +
+                file + "/sub]\n");
 }
 
 }  // namespace

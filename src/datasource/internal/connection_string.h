@@ -1,6 +1,7 @@
 // Helpers of DbConnection for reaching a database file: reading an
 // ADO-style connection string and finding a file whose path was written
 // with other letter case (project folders copied from Windows).
+// Threads: a parsed connection string is a value; parsing keeps no state.
 #ifndef QVGLOBAL_DATASOURCE_INTERNAL_CONNECTION_STRING_H_
 #define QVGLOBAL_DATASOURCE_INTERNAL_CONNECTION_STRING_H_
 

@@ -2,6 +2,7 @@
 // in block order: one row of field values per record, all rows in one flat
 // vector that keeps its capacity from read to read. The record set owns it.
 // Internal to src/datasource/.
+// Threads: a block belongs to one record set and its thread.
 #ifndef QVGLOBAL_DATASOURCE_INTERNAL_RECORD_BLOCK_H_
 #define QVGLOBAL_DATASOURCE_INTERNAL_RECORD_BLOCK_H_
 
@@ -31,6 +32,9 @@ class RecordBlock {
 
   int size() const { return static_cast<int>(rows_); }
   bool empty() const { return rows_ == 0; }
+  // Unchecked, for the record set's hot paths: `row` must be in
+  // [0, size()) and `field` below the number of fields a row was loaded
+  // with; anything else is undefined.
   std::span<const Variant> Row(int row) const {
     return {values_.data() + static_cast<size_t>(row) * width_, width_};
   }
@@ -38,6 +42,7 @@ class RecordBlock {
     return values_[static_cast<size_t>(row) * width_ +
                    static_cast<size_t>(field)];
   }
+  // `row` must be in [0, size()) (not checked).
   void EraseRow(int row);
 
   // The first row whose fields 0..keys.size()-1 equal `keys` (as a lookup by

@@ -7,6 +7,7 @@
 // column types first, so a value that does not fit fails with a clear error
 // before anything is written. Owned by the record set; the connection and
 // the layout must outlive it. Internal to src/datasource/.
+// Threads: a writer is a short-lived helper of one record set and its thread.
 #ifndef QVGLOBAL_DATASOURCE_INTERNAL_RECORD_WRITER_H_
 #define QVGLOBAL_DATASOURCE_INTERNAL_RECORD_WRITER_H_
 

@@ -5,6 +5,7 @@
 // fields are the key columns (in primary-key order) followed by the other
 // columns of the data table (in table order). A value type, read once when
 // the record set opens its table. Internal to src/datasource/.
+// Threads: a layout is a value, read-only after Read.
 #ifndef QVGLOBAL_DATASOURCE_INTERNAL_RECORDSET_LAYOUT_H_
 #define QVGLOBAL_DATASOURCE_INTERNAL_RECORDSET_LAYOUT_H_
 

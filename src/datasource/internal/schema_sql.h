@@ -4,6 +4,7 @@
 // TABLE statements that SQLite keeps (the catalogue changes a table's
 // foreign keys by editing that text and rebuilding the table). Internal to
 // src/datasource/.
+// Threads: the functions keep no state.
 #ifndef QVGLOBAL_DATASOURCE_INTERNAL_SCHEMA_SQL_H_
 #define QVGLOBAL_DATASOURCE_INTERNAL_SCHEMA_SQL_H_
 

@@ -2,6 +2,7 @@
 // single punctuation characters), skipping blanks and comments. Enough to
 // read the CREATE TABLE statements the engine keeps; it does not validate.
 // Internal to src/datasource/.
+// Threads: a tokenizer is a local value; it keeps no shared state.
 #ifndef QVGLOBAL_DATASOURCE_INTERNAL_SQL_TOKENIZER_H_
 #define QVGLOBAL_DATASOURCE_INTERNAL_SQL_TOKENIZER_H_
 

@@ -1,6 +1,7 @@
 // Conversions between qv::Variant and SQLite values for the engine adapter:
 // binding parameters and reading result columns by their declared types.
 // Internal to src/datasource/.
+// Threads: the functions keep no state.
 #ifndef QVGLOBAL_DATASOURCE_INTERNAL_SQL_VALUES_H_
 #define QVGLOBAL_DATASOURCE_INTERNAL_SQL_VALUES_H_
 

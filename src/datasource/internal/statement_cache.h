@@ -6,6 +6,9 @@
 // ReleaseCachedStatements finalizes the statements of every cache on it
 // (SQLite refuses to close a handle with statements still prepared).
 // Internal to src/datasource/.
+// Threads: a cache belongs to one record set and its thread; the process-wide
+// map from connections to their caches, which Close uses to release them, is
+// guarded by a mutex.
 #ifndef QVGLOBAL_DATASOURCE_INTERNAL_STATEMENT_CACHE_H_
 #define QVGLOBAL_DATASOURCE_INTERNAL_STATEMENT_CACHE_H_
 

@@ -1,4 +1,4 @@
-#include "data/column_descriptor.h"
+#include "data/internal/column_descriptor.h"
 
 #include <algorithm>
 #include <array>

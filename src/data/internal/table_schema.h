@@ -6,8 +6,10 @@
 // transaction around creation and conversion and writes the version rows;
 // a relation is added or removed by one rebuild of the child's key table,
 // which is atomic by itself and must not run inside a transaction.
-#ifndef QVGLOBAL_DATA_TABLE_SCHEMA_H_
-#define QVGLOBAL_DATA_TABLE_SCHEMA_H_
+// Threads: a TableSchema is a short-lived helper on one connection and used by
+// that connection's thread.
+#ifndef QVGLOBAL_DATA_INTERNAL_TABLE_SCHEMA_H_
+#define QVGLOBAL_DATA_INTERNAL_TABLE_SCHEMA_H_
 
 #include <string>
 #include <vector>
@@ -75,4 +77,4 @@ class TableSchema {
 
 }  // namespace qv
 
-#endif  // QVGLOBAL_DATA_TABLE_SCHEMA_H_
+#endif  // QVGLOBAL_DATA_INTERNAL_TABLE_SCHEMA_H_

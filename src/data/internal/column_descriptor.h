@@ -3,8 +3,8 @@
 // ADO type code and, for type 202 only, its size in characters. The
 // functions here read such an array into column definitions and raise the
 // connection's errors for arrays that do not describe columns.
-#ifndef QVGLOBAL_DATA_COLUMN_DESCRIPTOR_H_
-#define QVGLOBAL_DATA_COLUMN_DESCRIPTOR_H_
+#ifndef QVGLOBAL_DATA_INTERNAL_COLUMN_DESCRIPTOR_H_
+#define QVGLOBAL_DATA_INTERNAL_COLUMN_DESCRIPTOR_H_
 
 #include <vector>
 
@@ -30,4 +30,4 @@ std::vector<ds::ColumnDef> ParseColumnDescriptor(const SafeArray& items,
 
 }  // namespace qv
 
-#endif  // QVGLOBAL_DATA_COLUMN_DESCRIPTOR_H_
+#endif  // QVGLOBAL_DATA_INTERNAL_COLUMN_DESCRIPTOR_H_

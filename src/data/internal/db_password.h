@@ -4,8 +4,8 @@
 // at run time. The plain SQLite engine does not encrypt files: the setting
 // is carried in the connection string for an encrypting engine and ignored
 // by this one.
-#ifndef QVGLOBAL_DATA_DB_PASSWORD_H_
-#define QVGLOBAL_DATA_DB_PASSWORD_H_
+#ifndef QVGLOBAL_DATA_INTERNAL_DB_PASSWORD_H_
+#define QVGLOBAL_DATA_INTERNAL_DB_PASSWORD_H_
 
 #include <string>
 #include <string_view>
@@ -25,4 +25,4 @@ std::string QvPasswordSetting();
 
 }  // namespace qv
 
-#endif  // QVGLOBAL_DATA_DB_PASSWORD_H_
+#endif  // QVGLOBAL_DATA_INTERNAL_DB_PASSWORD_H_

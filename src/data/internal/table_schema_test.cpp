@@ -1,7 +1,7 @@
 // Table creation through CQvConnection::addTable: the two tables, their keys,
 // the version row, every argument error, and that a failed creation leaves
 // nothing behind.
-#include "data/table_schema.h"
+#include "data/internal/table_schema.h"
 
 #include <gtest/gtest.h>
 

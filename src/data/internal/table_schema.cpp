@@ -1,4 +1,4 @@
-#include "data/table_schema.h"
+#include "data/internal/table_schema.h"
 
 #include <algorithm>
 #include <set>
@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "com/text.h"
-#include "data/column_descriptor.h"
+#include "data/internal/column_descriptor.h"
 #include "data/qv_connection_error.h"
 #include "datasource/db_connection.h"
 #include "datasource/db_maintenance.h"
