@@ -22,11 +22,14 @@ class RatioReporter : public benchmark::ConsoleReporter {
   void ReportRuns(const std::vector<Run>& runs) override {
     for (const Run& run : runs) {
       if (!run.error_occurred && run.run_type == Run::RT_Iteration) {
-        // "BM_X/iterations:N" counts as BM_X.
+        // A run is found by its full name ("BM_X/NextRoom") and, where
+        // it ran a fixed number of iterations, also without that suffix
+        // ("BM_X/iterations:3" as BM_X).
         const std::string name = run.benchmark_name();
-        const std::string base = name.substr(0, name.find('/'));
-        cpu_[base] = run.GetAdjustedCPUTime();
-        real_[base] = run.GetAdjustedRealTime();
+        for (const std::string& key : {name, WithoutIterations(name)}) {
+          cpu_[key] = run.GetAdjustedCPUTime();
+          real_[key] = run.GetAdjustedRealTime();
+        }
       }
     }
     ConsoleReporter::ReportRuns(runs);
@@ -36,6 +39,10 @@ class RatioReporter : public benchmark::ConsoleReporter {
   double Real(const std::string& name) const { return Find(real_, name); }
 
  private:
+  static std::string WithoutIterations(const std::string& name) {
+    const size_t at = name.rfind("/iterations:");
+    return at == std::string::npos ? name : name.substr(0, at);
+  }
   static double Find(const std::map<std::string, double>& times,
                      const std::string& name) {
     const auto it = times.find(name);
