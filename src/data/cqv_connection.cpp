@@ -74,7 +74,12 @@ bool CQvConnection::release() {
 
 std::shared_ptr<ds::QvRecordset> CQvConnection::getTable(
     const std::string& sTablename, bool bWithParent) {
-  catchUpWithRollback();
+  // The cached path is hot: catch up only after a rollback or while layout
+  // changes of a transaction are remembered.
+  if (m_conConnection && (m_conConnection->Rollbacks() != rollbacks_seen_ ||
+                          !changed_in_transaction_.empty())) {
+    catchUpWithRollback();
+  }
   TableNameKey key(sTablename);
   // A connection the container has closed hands out nothing; an answer of
   // "no such table" would hide the caller's mistake.

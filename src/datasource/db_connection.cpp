@@ -112,8 +112,6 @@ void DbConnection::Close() {
   OpenFiles::Remove(file_);
 }
 
-int32_t DbConnection::State() const { return db_ ? kStateOpen : kStateClosed; }
-
 const std::string& DbConnection::ConnectionString() const {
   return connection_string_;
 }

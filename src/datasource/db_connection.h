@@ -62,7 +62,7 @@ class DbConnection : public qv::Dispatchable<DbConnection> {
   // opens the ConnectionString set before.
   void Open(const std::string& connection_string);
   void Close();  // no-op when closed; open transactions are rolled back
-  int32_t State() const;
+  int32_t State() const { return db_ ? kStateOpen : kStateClosed; }
   const std::string& ConnectionString() const;     // as given to Open (or set)
   void SetConnectionString(const std::string& s);  // only while closed
   const std::string& Path() const;                 // the file actually opened
