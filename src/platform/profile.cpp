@@ -212,6 +212,7 @@ bool Profile::WriteString(std::string_view file, std::string_view section,
       case internal::LockResult::kLocked:
         break;
     }
+    internal::RemoveStaleTemporaries(path);
     std::optional<std::string> bytes = internal::ReadAll(locked.fd.get());
     if (!bytes) return false;
     ProfileDocument doc = ProfileDocument::FromBytes(*std::move(bytes));

@@ -27,6 +27,9 @@
 // - Every write builds the complete new file beside the old one, flushes it
 //   to disk and renames it over the old one, keeping the file's permission
 //   bits: a crash leaves the old file or the new one, never a cut one.
+//   The temporary file a killed writer leaves ("<file>.qvtmp-...") is
+//   removed by the first write of a later process once it is ten minutes
+//   old.
 // - A writer holds an advisory lock (flock) on the file for its whole
 //   read-change-write, so concurrent writers in any number of processes
 //   never lose each other's keys. The lock goes with the process that holds

@@ -2,10 +2,12 @@
 // bytes a write leaves, encodings, and reads after changes by others.
 #include "platform/profile.h"
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
 #include <algorithm>
+#include <ctime>
 #include <filesystem>
 #include <optional>
 #include <string>
@@ -229,6 +231,29 @@ TEST_F(ProfileTest, WritesKeepPermissionsAndLinksAndReplaceTheFile) {
   ASSERT_TRUE(Profile::WriteString(link, "S", "k", "via link"));
   EXPECT_TRUE(fs::is_symlink(link));
   EXPECT_EQ(Bytes(), "[S]\nk=via link\n");
+}
+
+// A killed writer's temporary file goes with the next process's first
+// write once it is old; a young one may belong to a writer at work.
+TEST_F(ProfileTest, FirstWriteRemovesOldTemporaryFilesOfKilledWriters) {
+  Put("[S]\nk=v\n");
+  const std::string old_one = file_ + ".qvtmp-999999-0-1";
+  const std::string young_one = file_ + ".qvtmp-999999-1-2";
+  const std::string other_file = dir_.File("other.ini") + ".qvtmp-999999-0-1";
+  for (const std::string& name : {old_one, young_one, other_file}) {
+    testing::WriteFileBytes(name, "[S]\nk=");
+  }
+  const timespec an_hour_ago[2] = {{::time(nullptr) - 3600, 0},
+                                   {::time(nullptr) - 3600, 0}};
+  ASSERT_EQ(::utimensat(AT_FDCWD, old_one.c_str(), an_hour_ago, 0), 0);
+  ASSERT_EQ(::utimensat(AT_FDCWD, other_file.c_str(), an_hour_ago, 0), 0);
+  ASSERT_TRUE(Write("S", "k", "w"));
+  std::vector<std::string> names = FolderEntries();
+  std::sort(names.begin(), names.end());
+  EXPECT_EQ(names,
+            (std::vector<std::string>{"other.ini.qvtmp-999999-0-1", "test.ini",
+                                      "test.ini.qvtmp-999999-1-2"}));
+  EXPECT_EQ(Bytes(), "[S]\nk=w\n");
 }
 
 TEST_F(ProfileTest, BackslashPathsNameTheSameFile) {

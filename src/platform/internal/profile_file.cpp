@@ -1,5 +1,6 @@
 #include "platform/internal/profile_file.h"
 
+#include <dirent.h>
 #include <fcntl.h>
 #include <sys/file.h>
 #include <unistd.h>
@@ -7,10 +8,23 @@
 #include <atomic>
 #include <cerrno>
 #include <chrono>
+#include <ctime>
+#include <mutex>
+#include <set>
 #include <string>
 
 namespace qv::platform::internal {
 namespace {
+
+constexpr char kTemporaryMark[] = ".qvtmp-";
+
+// True the first time a path is asked for in this process.
+bool FirstTimeFor(const std::string& path) {
+  static std::mutex mutex;
+  static std::set<std::string> seen;
+  std::lock_guard<std::mutex> lock(mutex);
+  return seen.insert(path).second;
+}
 
 int64_t Nanoseconds(const struct timespec& ts) {
   return static_cast<int64_t>(ts.tv_sec) * 1'000'000'000 + ts.tv_nsec;
@@ -33,7 +47,7 @@ bool WriteAll(int fd, std::string_view bytes) {
 std::string TemporaryName(const std::string& path) {
   static std::atomic<uint64_t> counter{0};
   const auto now = std::chrono::steady_clock::now().time_since_epoch().count();
-  return path + ".qvtmp-" + std::to_string(::getpid()) + "-" +
+  return path + kTemporaryMark + std::to_string(::getpid()) + "-" +
          std::to_string(counter.fetch_add(1)) + "-" +
          std::to_string(static_cast<uint64_t>(now) % 1'000'000);
 }
@@ -151,6 +165,31 @@ WriteResult WriteAtomically(const std::string& path, std::string_view bytes,
     ::unlink(temporary.c_str());
   }
   return result;
+}
+
+void RemoveStaleTemporaries(const std::string& path) {
+  if (!FirstTimeFor(path)) return;
+  const size_t slash = path.rfind('/');
+  const std::string folder =
+      slash == std::string::npos ? "." : path.substr(0, slash + 1);
+  const std::string prefix =
+      (slash == std::string::npos ? path : path.substr(slash + 1)) +
+      kTemporaryMark;
+  DIR* dir = ::opendir(folder.c_str());
+  if (dir == nullptr) return;
+  const int64_t now = static_cast<int64_t>(std::time(nullptr));
+  while (const dirent* entry = ::readdir(dir)) {
+    const std::string name = entry->d_name;
+    if (name.compare(0, prefix.size(), prefix) != 0) continue;
+    struct stat st {};
+    const std::string full = (slash == std::string::npos ? "" : folder) + name;
+    if (::lstat(full.c_str(), &st) == 0 && S_ISREG(st.st_mode) &&
+        now - static_cast<int64_t>(st.st_mtim.tv_sec) >
+            kStaleTemporaryAgeSeconds) {
+      ::unlink(full.c_str());
+    }
+  }
+  ::closedir(dir);
 }
 
 }  // namespace qv::platform::internal

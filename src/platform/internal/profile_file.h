@@ -1,10 +1,12 @@
 // The file operations behind Profile: reading a whole file, an exclusive
 // advisory lock on an existing file that is sure to be the file its path
 // names, and replacing or creating a file atomically (a temporary file in
-// the same folder, flushed to disk, then renamed or linked into place).
+// the same folder, flushed to disk, then renamed or linked into place),
+// and sweeping the temporary files that killed writers left behind.
 //
-// Threads: the functions keep no state and may be called from any thread;
-// a LockedFile belongs to the thread that opened it.
+// Threads: the functions may be called from any thread (the sweep keeps the
+// paths it has swept under a mutex); a LockedFile belongs to the thread
+// that opened it.
 #ifndef QVGLOBAL_PLATFORM_INTERNAL_PROFILE_FILE_H_
 #define QVGLOBAL_PLATFORM_INTERNAL_PROFILE_FILE_H_
 
@@ -67,6 +69,15 @@ enum class WriteResult { kWritten, kExists, kFailed };
 // temporary file is gone afterwards.
 WriteResult WriteAtomically(const std::string& path, std::string_view bytes,
                             const struct stat* replaced);
+
+// Removes the temporary files that writers killed before their rename left
+// beside `path`: those of its names (`<path>.qvtmp-...`) last changed more
+// than kStaleTemporaryAge ago. A writer holds its temporary file for
+// milliseconds, so an old one belongs to nobody, even on a share that
+// other hosts write to. Each path is swept once per process: files are
+// stranded only by processes that died. Call it holding the file's lock.
+inline constexpr int64_t kStaleTemporaryAgeSeconds = 600;
+void RemoveStaleTemporaries(const std::string& path);
 
 }  // namespace qv::platform::internal
 
