@@ -105,8 +105,19 @@ void Exec(sqlite3* db, const char* sql) {
 }
 
 std::string Text(sqlite3_stmt* st, int col) {
-  return std::string(reinterpret_cast<const char*>(sqlite3_column_text(st, col)),
-                     static_cast<size_t>(sqlite3_column_bytes(st, col)));
+  return std::string(
+      reinterpret_cast<const char*>(sqlite3_column_text(st, col)),
+      static_cast<size_t>(sqlite3_column_bytes(st, col)));
+}
+
+// " WHERE "Gebaeude" = ?1 AND ..." over the first `keys` levels' keys.
+std::string KeyCondition(int keys) {
+  std::string where;
+  for (int k = 0; k < keys; ++k) {
+    where += (k == 0 ? " WHERE \"" : " AND \"") + std::string(kNames[k]) +
+             "\" = ?" + std::to_string(k + 1);
+  }
+  return where;
 }
 
 // One level's statement: with `keyed` the record with all keys given,
@@ -114,16 +125,12 @@ std::string Text(sqlite3_stmt* st, int col) {
 class RawLevel {
  public:
   RawLevel(sqlite3* db, int level, bool keyed) : level_(level) {
-    std::string columns, where;
-    const int conditions = keyed ? level + 1 : level;
+    std::string columns;
     for (int k = 0; k <= level; ++k)
       columns += std::string(k > 0 ? ", \"" : "\"") + kNames[k] + "\"";
-    for (int k = 0; k < conditions; ++k) {
-      where += (k == 0 ? " WHERE \"" : " AND \"") + std::string(kNames[k]) +
-               "\" = ?" + std::to_string(k + 1);
-    }
     const std::string sql = "SELECT " + columns + " FROM \"" + kNames[level] +
-                            "_t\"" + where + " ORDER BY \"OrderNum\"";
+                            "_t\"" + KeyCondition(keyed ? level + 1 : level) +
+                            " ORDER BY \"OrderNum\"";
     sqlite3_prepare_v2(db, sql.c_str(), -1, &st_, nullptr);
   }
   ~RawLevel() { sqlite3_finalize(st_); }
@@ -205,7 +212,8 @@ void BM_FloorC(benchmark::State& state) {
       found = 0;
       for (const Key& room : rooms) {
         Exec(db, "BEGIN");
-        for (int l = 0; l < 4; ++l) found += levels[l]->Read(room, l + 1).size();
+        for (int l = 0; l < 4; ++l)
+          found += levels[l]->Read(room, l + 1).size();
         Exec(db, "COMMIT");
       }
     }
@@ -215,25 +223,19 @@ void BM_FloorC(benchmark::State& state) {
 }
 BENCHMARK(BM_FloorC)->Unit(benchmark::kMillisecond);
 
-// A fresh copy of the database for a benchmark that writes; the copy is
-// made with the timing paused.
-std::string FreshCopy(benchmark::State& state, const char* name) {
-  state.PauseTiming();
+// A fresh copy of the database for a benchmark that writes; make it with
+// the timing paused.
+std::string FreshCopy(const char* name) {
   const std::string copy = std::string(kDir) + "/" + name;
   std::filesystem::copy_file(Database(), copy,
                              std::filesystem::copy_options::overwrite_existing);
-  state.ResumeTiming();
   return copy;
 }
 
 // Writes the numbers 0, 1, 2 ... to the rooms' "OrderNum" in the given order.
 int32_t WriteOrderNumbers(sqlite3* db, const std::vector<Key>& rooms) {
-  std::string where;
-  for (int k = 0; k < 4; ++k) {
-    where += (k == 0 ? " WHERE \"" : " AND \"") + std::string(kNames[k]) +
-             "\" = ?" + std::to_string(k + 1);
-  }
-  const std::string sql = "UPDATE \"Raum_t\" SET \"OrderNum\" = ?5" + where;
+  const std::string sql =
+      "UPDATE \"Raum_t\" SET \"OrderNum\" = ?5" + KeyCondition(4);
   sqlite3_stmt* st = nullptr;
   sqlite3_prepare_v2(db, sql.c_str(), -1, &st, nullptr);
   int32_t number = 0;
@@ -252,17 +254,23 @@ int32_t WriteOrderNumbers(sqlite3* db, const std::vector<Key>& rooms) {
 
 void BM_FloorW(benchmark::State& state) {
   int32_t numbered = 0;
+  std::string copy;
   for (auto _ : state) {
-    const std::string copy = FreshCopy(state, "room_walk_floor_w.qv3");
+    state.PauseTiming();
+    copy = FreshCopy("room_walk_floor_w.qv3");
     sqlite3* db = nullptr;
     sqlite3_open_v2(copy.c_str(), &db, SQLITE_OPEN_READWRITE, nullptr);
+    state.ResumeTiming();
     Exec(db, "BEGIN");
     std::vector<Key> rooms;
     NestedWalk(db, &rooms);
     numbered = WriteOrderNumbers(db, rooms);
     Exec(db, "COMMIT");
+    state.PauseTiming();
     sqlite3_close(db);
+    state.ResumeTiming();
   }
+  std::filesystem::remove(copy);
   state.counters["rooms"] = numbered;
 }
 BENCHMARK(BM_FloorW)->Unit(benchmark::kMillisecond)->Iterations(3);
@@ -333,9 +341,10 @@ BENCHMARK(BM_RecordsetWalk)->Unit(benchmark::kMillisecond);
 // their number, so the timed call writes 100,000 rows.
 void BM_SortOrderNumRooms(benchmark::State& state) {
   int32_t numbered = 0;
+  std::string copy;
   for (auto _ : state) {
-    const std::string copy = FreshCopy(state, "room_walk_renumber.qv3");
     state.PauseTiming();
+    copy = FreshCopy("room_walk_renumber.qv3");
     {
       Tables tables(copy);
       auto all = std::make_shared<QvRecordset>();
@@ -344,14 +353,14 @@ void BM_SortOrderNumRooms(benchmark::State& state) {
       rooms.loadFromRecordset(
           all, {"Gebaeude", "Stock", "Wohnung", "Raum", "OrderNum"});
       state.ResumeTiming();
-      numbered = qv::NumberRoomsInWalkingOrder(rooms, tables.levels[0],
-                                               tables.levels[1],
-                                               tables.levels[2],
-                                               tables.levels[3]);
+      numbered = qv::NumberRoomsInWalkingOrder(
+          rooms, tables.levels[0], tables.levels[1], tables.levels[2],
+          tables.levels[3]);
       state.PauseTiming();
     }
     state.ResumeTiming();
   }
+  std::filesystem::remove(copy);
   state.counters["rooms"] = numbered;
 }
 BENCHMARK(BM_SortOrderNumRooms)->Unit(benchmark::kMillisecond)->Iterations(3);

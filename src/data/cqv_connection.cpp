@@ -74,12 +74,7 @@ bool CQvConnection::release() {
 
 std::shared_ptr<ds::QvRecordset> CQvConnection::getTable(
     const std::string& sTablename, bool bWithParent) {
-  // The cached path is hot: catch up only after a rollback or while layout
-  // changes of a transaction are remembered.
-  if (m_conConnection && (m_conConnection->Rollbacks() != rollbacks_seen_ ||
-                          !changed_in_transaction_.empty())) {
-    catchUpWithRollback();
-  }
+  catchUpWithRollback();
   TableNameKey key(sTablename);
   // A connection the container has closed hands out nothing; an answer of
   // "no such table" would hide the caller's mistake.
@@ -289,7 +284,12 @@ void CQvConnection::noteSchemaChange(const std::string& name) {
 }
 
 void CQvConnection::catchUpWithRollback() {
-  if (!m_conConnection) return;
+  // On getTable's hot path: nothing to do unless a rollback happened or
+  // layout changes of a transaction are remembered.
+  if (!m_conConnection || (m_conConnection->Rollbacks() == rollbacks_seen_ &&
+                           changed_in_transaction_.empty())) {
+    return;
+  }
   if (m_conConnection->Rollbacks() != rollbacks_seen_) {
     rollbacks_seen_ = m_conConnection->Rollbacks();
     for (const std::string& name : changed_in_transaction_) {

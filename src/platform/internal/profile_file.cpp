@@ -1,6 +1,5 @@
 #include "platform/internal/profile_file.h"
 
-#include <dirent.h>
 #include <fcntl.h>
 #include <sys/file.h>
 #include <unistd.h>
@@ -8,7 +7,7 @@
 #include <atomic>
 #include <cerrno>
 #include <chrono>
-#include <ctime>
+#include <filesystem>
 #include <mutex>
 #include <set>
 #include <string>
@@ -168,28 +167,24 @@ WriteResult WriteAtomically(const std::string& path, std::string_view bytes,
 }
 
 void RemoveStaleTemporaries(const std::string& path) {
+  namespace fs = std::filesystem;
   if (!FirstTimeFor(path)) return;
-  const size_t slash = path.rfind('/');
-  const std::string folder =
-      slash == std::string::npos ? "." : path.substr(0, slash + 1);
-  const std::string prefix =
-      (slash == std::string::npos ? path : path.substr(slash + 1)) +
-      kTemporaryMark;
-  DIR* dir = ::opendir(folder.c_str());
-  if (dir == nullptr) return;
-  const int64_t now = static_cast<int64_t>(std::time(nullptr));
-  while (const dirent* entry = ::readdir(dir)) {
-    const std::string name = entry->d_name;
-    if (name.compare(0, prefix.size(), prefix) != 0) continue;
-    struct stat st {};
-    const std::string full = (slash == std::string::npos ? "" : folder) + name;
-    if (::lstat(full.c_str(), &st) == 0 && S_ISREG(st.st_mode) &&
-        now - static_cast<int64_t>(st.st_mtim.tv_sec) >
-            kStaleTemporaryAgeSeconds) {
-      ::unlink(full.c_str());
+  const fs::path file(path);
+  const std::string prefix = file.filename().string() + kTemporaryMark;
+  const auto stale_before = fs::file_time_type::clock::now() -
+                            std::chrono::seconds(kStaleTemporaryAgeSeconds);
+  const fs::path folder = file.has_parent_path() ? file.parent_path() : ".";
+  std::error_code ec;
+  for (fs::directory_iterator it(folder, ec), end; !ec && it != end;
+       it.increment(ec)) {
+    if (!it->path().filename().string().starts_with(prefix)) continue;
+    std::error_code stat_error;
+    const bool regular = fs::is_regular_file(it->symlink_status(stat_error));
+    const auto changed = it->last_write_time(stat_error);
+    if (!stat_error && regular && changed < stale_before) {
+      fs::remove(it->path(), stat_error);
     }
   }
-  ::closedir(dir);
 }
 
 }  // namespace qv::platform::internal

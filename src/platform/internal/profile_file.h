@@ -72,7 +72,7 @@ WriteResult WriteAtomically(const std::string& path, std::string_view bytes,
 
 // Removes the temporary files that writers killed before their rename left
 // beside `path`: those of its names (`<path>.qvtmp-...`) last changed more
-// than kStaleTemporaryAge ago. A writer holds its temporary file for
+// than kStaleTemporaryAgeSeconds ago. A writer holds its temporary file for
 // milliseconds, so an old one belongs to nobody, even on a share that
 // other hosts write to. Each path is swept once per process: files are
 // stranded only by processes that died. Call it holding the file's lock.
