@@ -69,7 +69,7 @@ class ForeignFileTest : public ::testing::Test {
   std::shared_ptr<CQvConnection> con_;
 };
 
-TEST_F(ForeignFileTest, VersionRowsAreFoundInAnyLetterCase) {
+TEST_F(ForeignFileTest, VersionRowsAndTemplatesAreFoundInAnyLetterCase) {
   for (const char* name : {"alt", " ALT ", "Alt"}) {
     EXPECT_EQ(con_->getTableVersion(name), 7) << name;
   }
@@ -77,9 +77,7 @@ TEST_F(ForeignFileTest, VersionRowsAreFoundInAnyLetterCase) {
   EXPECT_EQ(con_->getTableAge("alt", 8), QvTableAgeOlder);
   EXPECT_EQ(con_->getTableAge("alt", 6), QvTableAgeNewer);
   EXPECT_EQ(Versions(), (Rows{{"Alt_T", 7}}));
-}
-
-TEST_F(ForeignFileTest, ConversionUpdatesTheRowAndDropsTheTemplate) {
+  // A conversion updates that row and drops the template.
   SafeArray column{"Neu", 3};
   con_->convertTable("alt", 8, column);
   EXPECT_EQ(Versions(), (Rows{{"Alt_T", 8}}));
