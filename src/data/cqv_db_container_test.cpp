@@ -211,23 +211,21 @@ TEST_F(CQvDbContainerTest, CompactionKeepsEveryRecordAndNoTemporaryFile) {
   AddRoomTables(*con);
   testing::FillHierarchy(*con->m_conConnection, testing::RoomLevels(),
                          {10, 10, 10, 100});  // 100,000 rooms
+  const std::string in_use =
+      "CQvDBContainer: database in use, close its connections before "
+      "compacting (Path: " +
+      text::LCase(file) + ")";
   EXPECT_TRUE(RaisesError([&] { container_.compactQvProjectConnection(file); },
-                          QvDbErrorConnectionInUse,
-                          "CQvDBContainer: database in use, close its "
-                          "connections before compacting (Path: " +
-                              text::LCase(file) + ")",
+                          QvDbErrorConnectionInUse, in_use,
                           "CQvDBContainer.compactQvProjectConnection"));
   container_.closeQvConnection(con);
   {
     // Connections of another container in this process count too.
     CQvDbContainer other;
     auto held = other.getQvProjectConnection(file);
-    EXPECT_TRUE(RaisesError(
-        [&] { container_.compactQvProjectConnection(" " + file); },
-        QvDbErrorConnectionInUse,
-        "CQvDBContainer: database in use, close its connections before "
-        "compacting (Path: " +
-            text::LCase(file) + ")"));
+    EXPECT_TRUE(
+        RaisesError([&] { container_.compactQvProjectConnection(" " + file); },
+                    QvDbErrorConnectionInUse, in_use));
     other.closeQvConnection(held);
   }
 
