@@ -6,7 +6,6 @@
 #include <gtest/gtest.h>
 
 #include <cstddef>
-#include <cstring>
 #include <memory>
 #include <string>
 
@@ -60,15 +59,13 @@ TEST_F(CQvConnectionTest, CountsItsUsers) {
   EXPECT_TRUE(RaisesError([&] { con().release(); }, 0,
                           "instance already released",
                           "CQvConnection.release"));
-}
-
-TEST_F(CQvConnectionTest, UserCountIsSixteenBit) {
+  // The count is sixteen bit.
   for (int i = 0; i < 32767; ++i) con().addRef();
   EXPECT_TRUE(RaisesError([&] { con().addRef(); }, 6, "Overflow"));
   EXPECT_FALSE(con().release());
 }
 
-TEST_F(CQvConnectionTest, NamesAreTrimmedAndLowerCased) {
+TEST_F(CQvConnectionTest, CachesTablesUnderTheirTrimmedLowerCaseName) {
   db_.AddBuildingAndRoom();
   AddRoom("G1", "R1", 10);
   AddRoom("G1", "R2", 20);
@@ -80,9 +77,7 @@ TEST_F(CQvConnectionTest, NamesAreTrimmedAndLowerCased) {
   EXPECT_EQ(second, first);
   EXPECT_EQ(second->getPosition(), 1);
   EXPECT_EQ(con().getTable("RAUM"), first);
-}
-
-TEST_F(CQvConnectionTest, ATableThatCannotBeOpenedIsNoObjectAndNotCached) {
+  // A table that cannot be opened is no object and is not cached.
   EXPECT_EQ(con().getTable("fehlt"), nullptr);
   EXPECT_EQ(con().getTable("fehlt", true), nullptr);
   con().addTable("fehlt", 1, Variant(SafeArray{"Nr", 3}),
@@ -169,7 +164,7 @@ TEST_F(CQvConnectionTest, DatasourceIsTheLowerCasePathOfTheConnectionString) {
   EXPECT_EQ(closed->Datasource(), "");
 }
 
-TEST_F(CQvConnectionTest, ConnectionWideValuesHaveTheirOwnRows) {
+TEST_F(CQvConnectionTest, VersionRowsOfTheConnectionAndOfEachTable) {
   EXPECT_EQ(con().getConnectionVersion(), 0);
   con().setConnectionVersion(5);
   EXPECT_EQ(con().getConnectionVersion(), 5);
@@ -184,9 +179,7 @@ TEST_F(CQvConnectionTest, ConnectionWideValuesHaveTheirOwnRows) {
   con().setDatabaseSize(7);
   EXPECT_EQ(con().getDatabaseSize(), 7);
   EXPECT_EQ(con().getConnectionVersion(), 5);
-}
-
-TEST_F(CQvConnectionTest, TableWithoutVersionRowBecomesVersion100) {
+  // A table without version row becomes version 100.
   EXPECT_EQ(con().getTableAge(" Raum ", 120), QvTableAgeOlder);
   EXPECT_EQ(VersionRow("raum_t"), Variant(100));
   EXPECT_EQ(con().getTableAge("raum", 100), QvTableAgeCorrect);
@@ -231,12 +224,14 @@ TEST_F(CQvConnectionTest, SavesAndRestoresThePositionOfEveryTable) {
   EXPECT_FALSE(con().loadIterPos());
 }
 
-TEST_F(CQvConnectionTest, ClearClipboardsEmptiesOnlyItsOwnTables) {
+// clearClipboards and the end of a connection empty the current clipboard
+// when it holds one of the connection's tables, and keep its Cut flag.
+TEST_F(CQvConnectionTest, ClipboardIsEmptiedOnlyByItsOwnConnection) {
   db_.AddBuildingAndRoom();
   auto clipboard = std::make_shared<CQvClipboard>();
   SetCurrentClipboard(clipboard);
-  std::shared_ptr<CQvConnection> other = db_.OpenAnother();
-  clipboard->set_qvrs(other->getTable("gebaeude"));
+  std::shared_ptr<CQvConnection> keeper = db_.OpenAnother();
+  clipboard->set_qvrs(keeper->getTable("gebaeude"));
   clipboard->set_Cut(true);
   con().getTable("raum");
   con().clearClipboards();
@@ -245,16 +240,8 @@ TEST_F(CQvConnectionTest, ClearClipboardsEmptiesOnlyItsOwnTables) {
   con().clearClipboards();
   EXPECT_EQ(clipboard->qvrs(), nullptr);
   EXPECT_TRUE(clipboard->Cut());
-  SetCurrentClipboard(nullptr);
-}
 
-TEST_F(CQvConnectionTest, EndingClosesTheDatabaseAndEmptiesTheClipboard) {
-  db_.AddBuildingAndRoom();
-  auto clipboard = std::make_shared<CQvClipboard>();
-  SetCurrentClipboard(clipboard);
-  std::shared_ptr<CQvConnection> keeper = db_.OpenAnother();
   clipboard->set_qvrs(keeper->getTable("raum"));
-  clipboard->set_Cut(true);
   {
     // A connection without the clipboard's table leaves it alone.
     std::shared_ptr<CQvConnection> other = db_.OpenAnother();

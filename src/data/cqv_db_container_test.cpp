@@ -1,7 +1,6 @@
 #include "data/cqv_db_container.h"
 
 #include <gtest/gtest.h>
-#include <stdlib.h>
 
 #include <filesystem>
 #include <fstream>
@@ -15,6 +14,7 @@
 #include "datasource/qv_recordset.h"
 #include "testing/expect_error.h"
 #include "testing/room_schema.h"
+#include "testing/scoped_env.h"
 #include "testing/temp_dir.h"
 
 namespace qv {
@@ -137,7 +137,7 @@ TEST_F(CQvDbContainerTest, OpenConnectionChecksStateAndFile) {
   }
 }
 
-TEST_F(CQvDbContainerTest, CatalogTypeAndLocalCatalogPath) {
+TEST_F(CQvDbContainerTest, CatalogTypeFromTheDescriptionAndLocalPath) {
   const std::string local = NewProject(QvDbCatalogTypeLocal, "Haus");
   EXPECT_EQ(container_.getQvProjectCatalogType(local), QvDbCatalogTypeLocal);
   EXPECT_EQ(container_.OpenCount(), 0);  // the lookup gives its use back
@@ -146,44 +146,45 @@ TEST_F(CQvDbContainerTest, CatalogTypeAndLocalCatalogPath) {
 
   const std::string global = NewProject(QvDbCatalogTypeGlobal, "Hof");
   EXPECT_EQ(container_.getQvProjectCatalogType(global), QvDbCatalogTypeGlobal);
-}
 
-TEST_F(CQvDbContainerTest, EmptyDescriptionMeansGlobalAndOddTypesFail) {
-  const std::string file = NewProject(QvDbCatalogTypeLocal);
+  // Reached by name, with the connection passed back as an object.
+  ObjectPtr by_name = CreateObject("qvglobal10.CQvDbContainer");
+  Variant connection =
+      by_name->Call("getQvProjectConnection", {Variant(local)});
+  EXPECT_EQ(by_name->Call("getQvProjectCatalogType", {Variant(local)}),
+            Variant(int32_t{1}));
+  by_name->Call("closeQvConnection", {connection});
+
+  // No description means global; an odd type fails.
   ds::DbConnection con;
-  con.Open(ds::DbConnection::MakeConnectionString(file));
+  con.Open(ds::DbConnection::MakeConnectionString(local));
   con.Execute("UPDATE \"beschreibung_t\" SET \"Katalogtyp\" = NULL");
-  EXPECT_EQ(container_.getQvProjectCatalogType(file), QvDbCatalogTypeGlobal);
+  EXPECT_EQ(container_.getQvProjectCatalogType(local), QvDbCatalogTypeGlobal);
   con.Execute("UPDATE \"beschreibung_t\" SET \"Katalogtyp\" = 5");
-  EXPECT_TRUE(RaisesError([&] { container_.getCatalogPath(file, "VM", ""); }, 6,
-                          "CQvDBContainer: unknown catalog type"));
+  EXPECT_TRUE(RaisesError([&] { container_.getCatalogPath(local, "VM", ""); },
+                          6, "CQvDBContainer: unknown catalog type"));
   con.Execute("DELETE FROM \"beschreibung_t\"");
   con.Execute("DELETE FROM \"beschreibung\"");
-  EXPECT_EQ(container_.getQvProjectCatalogType(file), QvDbCatalogTypeGlobal);
+  EXPECT_EQ(container_.getQvProjectCatalogType(local), QvDbCatalogTypeGlobal);
 }
 
 TEST_F(CQvDbContainerTest, GlobalCatalogComesFromThePathService) {
   const std::string file = NewProject(QvDbCatalogTypeGlobal);
   const std::string asc = dir_.File("enviroment.asc");
-  ::setenv("QV_ENVIROMENT_ASC", asc.c_str(), 1);
-  {
-    CQvDbContainer container;
-    EXPECT_TRUE(RaisesError([&] { container.getCatalogPath(file, "VM", ""); },
-                            0, "CQvDBContainer: 'enviroment.asc' not valid"));
-  }
+  const testing::ScopedEnv env("QV_ENVIROMENT_ASC", asc);
+  // A new container each time: each reads the path service afresh.
+  const auto catalog = [&](const char* modul, const char* maker) {
+    return CQvDbContainer().getCatalogPath(file, modul, maker);
+  };
+  EXPECT_TRUE(RaisesError([&] { catalog("VM", ""); }, 0,
+                          "CQvDBContainer: 'enviroment.asc' not valid"));
   std::ofstream(asc) << "CatalogPath = " << dir_.File("kat") << "\n";
-  {
-    CQvDbContainer container;
-    EXPECT_TRUE(RaisesError([&] { container.getCatalogPath(file, "VM", ""); },
-                            1,
-                            "CQvDBContainer: path in 'enviroment.asc' not "
-                            "valid"));
-  }
+  EXPECT_TRUE(RaisesError([&] { catalog("VM", ""); }, 1,
+                          "CQvDBContainer: path in 'enviroment.asc' not "
+                          "valid"));
   fs::create_directories(dir_.File("kat"));
-  CQvDbContainer container;
-  EXPECT_EQ(container.getCatalogPath(file, "EZ", "Hersteller"),
+  EXPECT_EQ(catalog("EZ", "Hersteller"),
             dir_.File("kat") + "/Hersteller/Katalog_EZ.qv3");
-  ::unsetenv("QV_ENVIROMENT_ASC");
 }
 
 TEST_F(CQvDbContainerTest, ClearAllTablesKeepsVersions) {
@@ -210,23 +211,21 @@ TEST_F(CQvDbContainerTest, CompactionKeepsEveryRecordAndNoTemporaryFile) {
   AddRoomTables(*con);
   testing::FillHierarchy(*con->m_conConnection, testing::RoomLevels(),
                          {10, 10, 10, 100});  // 100,000 rooms
+  const std::string in_use =
+      "CQvDBContainer: database in use, close its connections before "
+      "compacting (Path: " +
+      text::LCase(file) + ")";
   EXPECT_TRUE(RaisesError([&] { container_.compactQvProjectConnection(file); },
-                          QvDbErrorConnectionInUse,
-                          "CQvDBContainer: database in use, close its "
-                          "connections before compacting (Path: " +
-                              text::LCase(file) + ")",
+                          QvDbErrorConnectionInUse, in_use,
                           "CQvDBContainer.compactQvProjectConnection"));
   container_.closeQvConnection(con);
   {
     // Connections of another container in this process count too.
     CQvDbContainer other;
     auto held = other.getQvProjectConnection(file);
-    EXPECT_TRUE(RaisesError(
-        [&] { container_.compactQvProjectConnection(" " + file); },
-        QvDbErrorConnectionInUse,
-        "CQvDBContainer: database in use, close its connections before "
-        "compacting (Path: " +
-            text::LCase(file) + ")"));
+    EXPECT_TRUE(
+        RaisesError([&] { container_.compactQvProjectConnection(" " + file); },
+                    QvDbErrorConnectionInUse, in_use));
     other.closeQvConnection(held);
   }
 
@@ -240,15 +239,6 @@ TEST_F(CQvDbContainerTest, CompactionKeepsEveryRecordAndNoTemporaryFile) {
   EXPECT_GT(last, 0u);
   EXPECT_EQ(Count(file, "raum_t"), 100000);
   EXPECT_EQ(Count(file, "raum"), 100000);
-}
-
-TEST_F(CQvDbContainerTest, ReachableByNameAndCreatable) {
-  const std::string file = NewProject(QvDbCatalogTypeLocal);
-  ObjectPtr container = CreateObject("qvglobal10.CQvDbContainer");
-  Variant con = container->Call("getQvProjectConnection", {Variant(file)});
-  EXPECT_EQ(container->Call("getQvProjectCatalogType", {Variant(file)}),
-            Variant(int32_t{1}));
-  container->Call("closeQvConnection", {con});
 }
 
 }  // namespace

@@ -8,21 +8,12 @@
 #include "com/error.h"
 #include "data/cqv_rs_with_bookmark.h"
 #include "datasource/qv_recordset.h"
+#include "testing/expect_error.h"
 
 namespace qv {
 namespace {
 
-void ExpectTreeError(const std::function<void()>& f, const std::string& source,
-                     const std::string& text) {
-  try {
-    f();
-    FAIL() << "no error raised";
-  } catch (const Error& e) {
-    EXPECT_EQ(e.number(), -2147221504);
-    EXPECT_EQ(e.source(), source);
-    EXPECT_EQ(e.description(), text);
-  }
-}
+using testing::RaisesError;
 
 TEST(CQvRecordsetTreeTest, PushPopAndChildrenCountFromZero) {
   auto root = std::make_shared<CQvRecordsetTree>();
@@ -32,23 +23,15 @@ TEST(CQvRecordsetTreeTest, PushPopAndChildrenCountFromZero) {
   EXPECT_EQ(child->popChild(), root);
   EXPECT_EQ(root->getChildCount(), 1);
   EXPECT_EQ(root->getChild(0), child);
-  ExpectTreeError([&] { root->getChild(1); }, "CQvRecordsetTree.getChild",
-                  "CQvRecordsetTree has no child no.: 1");
-  ExpectTreeError([&] { root->popChild(); }, "CQvRecordsetTree.popChild",
-                  "CQvRecordsetTree has no parent");
-  root->Free();
-}
-
-TEST(CQvRecordsetTreeTest, NegativeIndexFailsInTheCollection) {
-  auto root = std::make_shared<CQvRecordsetTree>();
-  root->pushChild(nullptr);
-  try {
-    root->getChild(-1);
-    FAIL();
-  } catch (const Error& e) {
-    EXPECT_EQ(e.number(), 9);
-    EXPECT_EQ(e.description(), "Subscript out of range");
-  }
+  EXPECT_TRUE(RaisesError([&] { root->getChild(1); }, -2147221504,
+                          "CQvRecordsetTree has no child no.: 1",
+                          "CQvRecordsetTree.getChild"));
+  // A negative index fails in the collection itself.
+  EXPECT_TRUE(
+      RaisesError([&] { root->getChild(-1); }, 9, "Subscript out of range"));
+  EXPECT_TRUE(RaisesError([&] { root->popChild(); }, -2147221504,
+                          "CQvRecordsetTree has no parent",
+                          "CQvRecordsetTree.popChild"));
   root->Free();
 }
 
@@ -65,22 +48,14 @@ TEST(CQvRecordsetTreeTest, FreeOnRootLeavesNoNodeAlive) {
       nodes.push_back(child);
       for (int j = 0; j < 2; ++j) nodes.push_back(child->pushChild(rs));
     }
-    root->Free();
+    // Without Free the parent links keep the nodes alive.
+    std::weak_ptr<CQvRecordsetTree> weak_root = root;
+    root.reset();
+    ASSERT_FALSE(weak_root.expired());
+    weak_root.lock()->Free();
   }
   for (const auto& node : nodes) EXPECT_TRUE(node.expired());
   EXPECT_TRUE(weak_rs.expired());
-}
-
-TEST(CQvRecordsetTreeTest, WithoutFreeTheCycleKeepsNodesAlive) {
-  std::weak_ptr<CQvRecordsetTree> weak_child;
-  auto root = std::make_shared<CQvRecordsetTree>();
-  weak_child = root->pushChild(nullptr);
-  std::weak_ptr<CQvRecordsetTree> weak_root = root;
-  root.reset();
-  EXPECT_FALSE(weak_root.expired());  // held by its child's parent link
-  weak_root.lock()->Free();
-  EXPECT_TRUE(weak_root.expired());
-  EXPECT_TRUE(weak_child.expired());
 }
 
 TEST(CQvRecordsetTreeTest, ReachableByName) {
@@ -100,12 +75,11 @@ TEST(CQvRSwithBookMarkTest, FieldsReachableByName) {
   EXPECT_EQ(entry->m_QvRecordset, rs);
   entry->Let("m_BookMark", Variant("pos"));
   EXPECT_EQ(entry->m_BookMark, Variant("pos"));
-  try {
-    entry->Set("m_QvRecordset", std::make_shared<CQvRSwithBookMark>());
-    FAIL();
-  } catch (const Error& e) {
-    EXPECT_EQ(e.number(), 13);
-  }
+  EXPECT_TRUE(RaisesError(
+      [&] {
+        entry->Set("m_QvRecordset", std::make_shared<CQvRSwithBookMark>());
+      },
+      13, "Type mismatch"));
 }
 
 }  // namespace

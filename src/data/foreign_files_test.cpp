@@ -14,6 +14,7 @@
 #include "data/cqv_db_container.h"
 #include "datasource/db_catalog.h"
 #include "datasource/db_connection.h"
+#include "testing/project_database.h"
 #include "testing/temp_dir.h"
 
 namespace qv {
@@ -69,7 +70,7 @@ class ForeignFileTest : public ::testing::Test {
   std::shared_ptr<CQvConnection> con_;
 };
 
-TEST_F(ForeignFileTest, VersionRowsAreFoundInAnyLetterCase) {
+TEST_F(ForeignFileTest, VersionRowsAndTemplatesAreFoundInAnyLetterCase) {
   for (const char* name : {"alt", " ALT ", "Alt"}) {
     EXPECT_EQ(con_->getTableVersion(name), 7) << name;
   }
@@ -77,9 +78,7 @@ TEST_F(ForeignFileTest, VersionRowsAreFoundInAnyLetterCase) {
   EXPECT_EQ(con_->getTableAge("alt", 8), QvTableAgeOlder);
   EXPECT_EQ(con_->getTableAge("alt", 6), QvTableAgeNewer);
   EXPECT_EQ(Versions(), (Rows{{"Alt_T", 7}}));
-}
-
-TEST_F(ForeignFileTest, ConversionUpdatesTheRowAndDropsTheTemplate) {
+  // A conversion updates that row and drops the template.
   SafeArray column{"Neu", 3};
   con_->convertTable("alt", 8, column);
   EXPECT_EQ(Versions(), (Rows{{"Alt_T", 8}}));
@@ -90,19 +89,16 @@ TEST_F(ForeignFileTest, ConversionUpdatesTheRowAndDropsTheTemplate) {
 }
 
 TEST(PrimaryKeyNameTest, BothKeysAreNamedAfterTheFirstKeyColumn) {
-  testing::TempDir dir;
-  const std::string path = dir.File("Haus_VM.qv3");
-  ds::DbConnection::CreateDatabase(path);
-  CQvDbContainer container;
-  auto con = container.getQvProjectConnection(path);
-  con->addTable("Gebaeude", 1, Variant(SafeArray{"Gebaeude", 202, 20}),
-                Variant(SafeArray{"Text", 203}), false);
-  con->addTable("Raum", 1,
-                Variant(SafeArray{"Gebaeude", 202, 20, "Raum", 202, 20}),
-                Variant(SafeArray{"Text", 203}), false);
-  ds::DbCatalog catalog(*con->m_conConnection);
+  testing::ProjectDatabase db;
+  CQvConnection& con = db.connection();
+  con.addTable("Gebaeude", 1, Variant(SafeArray{"Gebaeude", 202, 20}),
+               Variant(SafeArray{"Text", 203}), false);
+  con.addTable("Raum", 1,
+               Variant(SafeArray{"Gebaeude", 202, 20, "Raum", 202, 20}),
+               Variant(SafeArray{"Text", 203}), false);
+  ds::DbCatalog catalog(db.db());
   // The key table is rebuilt when it gets its parent; the name stays.
-  con->setChild("gebaeude", "raum");
+  con.setChild("gebaeude", "raum");
   for (const char* table : {"gebaeude", "gebaeude_t", "raum", "raum_t"}) {
     EXPECT_EQ(catalog.PrimaryKeyName(table), "Gebaeude") << table;
   }
@@ -110,7 +106,6 @@ TEST(PrimaryKeyNameTest, BothKeysAreNamedAfterTheFirstKeyColumn) {
             std::vector<std::string>({"Gebaeude", "Raum"}));
   // Tables of other programs may have an unnamed key or none.
   EXPECT_EQ(catalog.PrimaryKeyName("qvversions"), "");
-  container.closeQvConnection(con);
 }
 
 }  // namespace

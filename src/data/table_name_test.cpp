@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <vector>
 
 #include "data/table_name_index.h"
 
@@ -14,13 +15,10 @@ namespace {
 // including those that leave the fast path.
 TEST(TableNameTest, LookupKeyAgreesWithGeneralForm) {
   const std::string long_name = " " + std::string(70, 'R') + "aum ";
-  for (const std::string& name :
-       {std::string("  Raum "), std::string("raum"), std::string("RAUM_T"),
-        std::string("   "), std::string(""), std::string("\tRaum\t"),
-        std::string(" Gebäude "), std::string("ÄUSSERE WAND"), long_name,
-        std::string(64, 'X'), std::string(" O'Brien "), std::string("Raumbuch"),
-        std::string(" Raumbuch_Position "), std::string("Straße"),
-        std::string("  Zeile ÄÖÜ 16 Z")}) {
+  for (const std::string& name : std::vector<std::string>{
+           "  Raum ", "raum", "RAUM_T", "   ", "", "\tRaum\t", " Gebäude ",
+           "ÄUSSERE WAND", long_name, std::string(64, 'X'), " O'Brien ",
+           "Raumbuch", " Raumbuch_Position ", "Straße", "  Zeile ÄÖÜ 16 Z"}) {
     SCOPED_TRACE(name);
     TableNameKey key(name);
     EXPECT_EQ(key.view(), NormalizeTableName(name));

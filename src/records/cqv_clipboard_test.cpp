@@ -20,16 +20,16 @@ std::shared_ptr<CQvClipboard> NewClipboard() {
   return CreateObjectAs<CQvClipboard>("qvglobal10.CQvClipboard");
 }
 
-TEST(CQvClipboardTest, StartsEmptyAndNotCut) {
-  const auto clipboard = NewClipboard();
-  ASSERT_NE(clipboard, nullptr);
-  EXPECT_EQ(clipboard->qvrs(), nullptr);
-  EXPECT_TRUE(clipboard->Get("qvrs").IsNothing());
-  EXPECT_EQ(clipboard->Get("Cut"), Variant(false));
-}
-
 TEST(CQvClipboardTest, HoldsARecordSetAndTheCutFlagByName) {
   const auto clipboard = NewClipboard();
+  ASSERT_NE(clipboard, nullptr);
+  EXPECT_TRUE(clipboard->Get("qvrs").IsNothing());
+  EXPECT_EQ(clipboard->Get("Cut"), Variant(false));
+  // Only record sets are taken.
+  EXPECT_TRUE(RaisesError([&] { clipboard->Set("qvrs", NewClipboard()); },
+                          err::kTypeMismatch, "Type mismatch"));
+  EXPECT_EQ(clipboard->qvrs(), nullptr);
+
   const auto rs = std::make_shared<ds::QvRecordset>();
   clipboard->Set("qvrs", rs);
   clipboard->Let("Cut", Variant(-1));  // any non-zero value is True
@@ -40,13 +40,6 @@ TEST(CQvClipboardTest, HoldsARecordSetAndTheCutFlagByName) {
   clipboard->Set("qvrs", nullptr);  // Nothing empties it; Cut stays
   EXPECT_TRUE(clipboard->Get("qvrs").IsNothing());
   EXPECT_EQ(clipboard->Get("Cut"), Variant(true));
-}
-
-TEST(CQvClipboardTest, AcceptsOnlyRecordSets) {
-  const auto clipboard = NewClipboard();
-  EXPECT_TRUE(RaisesError([&] { clipboard->Set("qvrs", NewClipboard()); },
-                          err::kTypeMismatch, "Type mismatch"));
-  EXPECT_EQ(clipboard->qvrs(), nullptr);
 }
 
 TEST(CQvClipboardTest, CurrentClipboardIsPerThreadAndEmptiedByItsTable) {

@@ -15,8 +15,8 @@ namespace {
 using qv::testing::RoomProject;
 
 const std::vector<std::string> kProject = {
-    "G1/S1/W1/R2#10", "G1/S1/W1/R1#20", "G1/S2", "G1/S3/W2/R1", "G2/S1/W1",
-    "G4/S1/W1/R1",    "G4/S1/W1/R2"};
+    "G1/S1/W1/R2#10", "G1/S1/W1/R1#20", "G1/S2",      "G1/S3/W2/R1",
+    "G2/S1/W1",       "G4/S1/W1/R1",    "G4/S1/W1/R2"};
 
 RoomKey Key(const std::string& path) {
   RoomKey key;
@@ -62,7 +62,9 @@ TEST(CRoomIntervallTest, WalksFromStartToEndIncluded) {
   };
   const Case cases[] = {
       {"G1/S3/W2/R1", "G1/S3/W2/R1", true, {"G1/S3/W2/R1"}},
-      {"g1/s1/w1/r1", "G4/S1/W1/R1", true,
+      {"g1/s1/w1/r1",
+       "G4/S1/W1/R1",
+       true,
        {"G1/S1/W1/R1", "G1/S3/W2/R1", "G4/S1/W1/R1"}},
       // End before start: the test walks to the project's last room.
       {"G4/S1/W1/R1", "G1/S1/W1/R2", false, {"G4/S1/W1/R1", "G4/S1/W1/R2"}},
@@ -98,11 +100,10 @@ TEST(CRoomIntervallTest, EndThatDiffersInCaseIsNeverReached) {
   // Another connection renames the end room to lower case: the interval
   // keeps the stored "R1", which no room matches exactly any more.
   auto other = f.project.OpenAnother();
-  other->getTable("Gebaeude");
+  auto buildings = other->getTable("Gebaeude");
   other->getTable("Stock", true);
   other->getTable("Wohnung", true);
   auto rooms = other->getTable("Raum", true);
-  auto buildings = other->getTable("Gebaeude");
   ASSERT_TRUE(buildings->findKey("Gebaeude", Variant("G4")));
   ASSERT_TRUE(rooms->findKey("Raum", Variant("R1")));
   rooms->setValue("Raum", Variant("r1"));

@@ -22,13 +22,13 @@ using Levels = std::vector<std::shared_ptr<ds::QvRecordset>>;
 
 // Empty storeys and apartments, a building without storeys and one without
 // rooms, room order from "OrderNum" against key order.
-const std::vector<std::string> kProject = {
-    "G1/S1/W1/R2#10", "G1/S1/W1/R1#20", "G1/S2", "G1/S3/W1", "G1/S3/W2/R1",
-    "G2",             "G3/S1/W1",       "G4/S1/W1/R1",     "G4/S1/W1/R2",
-    "G5/S1/W1"};
-const std::vector<std::string> kWalk = {"G1/S1/W1/R2", "G1/S1/W1/R1",
-                                        "G1/S3/W2/R1", "G4/S1/W1/R1",
-                                        "G4/S1/W1/R2"};
+const std::vector<std::string> kProject = {"G1/S1/W1/R2#10", "G1/S1/W1/R1#20",
+                                           "G1/S2",          "G1/S3/W1",
+                                           "G1/S3/W2/R1",    "G2",
+                                           "G3/S1/W1",       "G4/S1/W1/R1",
+                                           "G4/S1/W1/R2",    "G5/S1/W1"};
+const std::vector<std::string> kWalk = {
+    "G1/S1/W1/R2", "G1/S1/W1/R1", "G1/S3/W2/R1", "G4/S1/W1/R1", "G4/S1/W1/R2"};
 
 std::string Path(const CRoomIterator_t_& it) {
   return it.Gebaeude() + "/" + it.Stock() + "/" + it.Wohnung() + "/" +
@@ -58,8 +58,8 @@ TEST(CRoomIteratorTest, WalksInOrderBothWaysLinkedOrNot) {
   std::vector<std::string> backwards(kWalk.rbegin(), kWalk.rend());
   for (bool linked : {true, false}) {
     for (bool reread : {false, true}) {
-      SCOPED_TRACE(::testing::Message() << "linked " << linked << " reread "
-                                        << reread);
+      SCOPED_TRACE(::testing::Message()
+                   << "linked " << linked << " reread " << reread);
       RoomProject project(kProject);
       const Levels levels = project.Levels(linked);
       auto it = Init(levels);
@@ -77,20 +77,15 @@ TEST(CRoomIteratorTest, WalksInOrderBothWaysLinkedOrNot) {
       EXPECT_EQ(Path(*it), kWalk.front());
       EXPECT_TRUE(it->NextRoom(reread));
       EXPECT_EQ(Path(*it), kWalk[1]);
+      // FirstRoom and LastRoom answer whether they moved.
+      EXPECT_TRUE(it->LastRoom());
+      EXPECT_FALSE(it->LastRoom());
+      EXPECT_EQ(Path(*it), kWalk.back());
+      EXPECT_TRUE(it->FirstRoom());
+      EXPECT_FALSE(it->FirstRoom());
+      EXPECT_EQ(Path(*it), kWalk.front());
     }
   }
-}
-
-TEST(CRoomIteratorTest, FirstAndLastAnswerWhetherTheyMoved) {
-  RoomProject project(kProject);
-  auto it = Init(project.Levels());
-  EXPECT_TRUE(it->FirstRoom());
-  EXPECT_FALSE(it->FirstRoom());
-  EXPECT_EQ(Path(*it), kWalk.front());
-  EXPECT_TRUE(it->LastRoom());
-  EXPECT_FALSE(it->LastRoom());
-  EXPECT_EQ(Path(*it), kWalk.back());
-  EXPECT_TRUE(it->FirstRoom());
 }
 
 TEST(CRoomIteratorTest, ProjectsWithoutRoomsHaveNoFirstOrLastRoom) {
@@ -106,24 +101,21 @@ TEST(CRoomIteratorTest, ProjectsWithoutRoomsHaveNoFirstOrLastRoom) {
   }
 }
 
-TEST(CRoomIteratorTest, EqualOrderNumbersKeepKeyOrder) {
+// Rooms come by "OrderNum", equal numbers by key, also in a file whose
+// tables were made without the library's table creation (no order index).
+TEST(CRoomIteratorTest, WalksByOrderNumberThenKeyWithOrWithoutOrderIndex) {
   RoomProject project({"Gb#1/S1/W1/Rb#5", "Gb#1/S1/W1/Ra#5", "Ga#1/S1/W1/R1"});
   const Levels levels = project.Levels();
-  auto it = Init(levels);
-  EXPECT_EQ(Walk(*it, *levels[3], false, false),
-            (std::vector<std::string>{"Ga/S1/W1/R1", "Gb/S1/W1/Ra",
-                                      "Gb/S1/W1/Rb"}));
-}
+  EXPECT_EQ(
+      Walk(*Init(levels), *levels[3], false, false),
+      (std::vector<std::string>{"Ga/S1/W1/R1", "Gb/S1/W1/Ra", "Gb/S1/W1/Rb"}));
 
-TEST(CRoomIteratorTest, WalksAFileWithoutTheOrderIndex) {
-  // Tables made without the library's table creation: no order index.
   qv::testing::RoomDatabase db({2, 2, 1, 2});
-  std::vector<std::shared_ptr<ds::QvRecordset>> levels;
+  Levels plain;
   for (const char* t : {"Gebaeude", "Stock", "Wohnung", "Raum"})
-    levels.push_back(db.Open(t));
-  auto it = Init(levels);
+    plain.push_back(db.Open(t));
   // "OrderNum" runs against the key numbers.
-  EXPECT_EQ(Walk(*it, *levels[3], false, false),
+  EXPECT_EQ(Walk(*Init(plain), *plain[3], false, false),
             (std::vector<std::string>{
                 "G2/S2/W1/R2", "G2/S2/W1/R1", "G2/S1/W1/R2", "G2/S1/W1/R1",
                 "G1/S2/W1/R2", "G1/S2/W1/R1", "G1/S1/W1/R2", "G1/S1/W1/R1"}));
@@ -153,13 +145,21 @@ TEST(CRoomIteratorTest, GoToFindsRoomsOrRaisesWithPrefixAndKeyLines) {
   const Case cases[] = {
       {false, {"G1", " ", "W1", "R1"}, -2147220504, kEmptyKey},
       {true, {"", "S1", "W1", "R1"}, -2147220504, kEmptyKey},
-      {false, {"G9", "S1", "W1", "R1"}, -2147221504,
+      {false,
+       {"G9", "S1", "W1", "R1"},
+       -2147221504,
        "Gebäude G9 nicht mehr gefunden."},
-      {false, {"G1", "S9", "W1", "R1"}, -2147221504,
+      {false,
+       {"G1", "S9", "W1", "R1"},
+       -2147221504,
        "Stockwerk S9 nicht mehr gefunden."},
-      {true, {"G1", "S2", "W1", "R1"}, -2147221504,
+      {true,
+       {"G1", "S2", "W1", "R1"},
+       -2147221504,
        "Wohnung W1 nicht mehr gefunden."},
-      {false, {"G4", "S1", "W1", "R3"}, -2147221504,
+      {false,
+       {"G4", "S1", "W1", "R3"},
+       -2147221504,
        "Raum R3 nicht mehr gefunden."},
   };
   for (const Case& c : cases) {
@@ -189,18 +189,16 @@ TEST(CRoomIteratorTest, BuildingDeletedByAnotherConnection) {
   buildings->deleteRecord();
 
   EXPECT_FALSE(it->TestExistCurRoom());
-  const std::string lines =
-      "\r\nGebäude: G1\r\nStock: S1\r\nWohnung: W1\r\nRaum: R2";
-  EXPECT_TRUE(RaisesError([&] { it->NextRoom(true); }, -2147221504,
-                          "CRoomIterator->NextRoom: "
-                          "CRoomIterator->GotoRoomQvRs: "
-                          "Gebäude G1 nicht mehr gefunden." +
-                              lines));
-  EXPECT_TRUE(RaisesError([&] { it->PreviousRoom(true); }, -2147221504,
-                          "CRoomIterator->PreviousRoom: "
-                          "CRoomIterator->GotoRoomQvRs: "
-                          "Gebäude G1 nicht mehr gefunden." +
-                              lines));
+  for (const std::string move : {"NextRoom", "PreviousRoom"}) {
+    EXPECT_TRUE(RaisesError(
+        [&] {
+          move == "NextRoom" ? it->NextRoom(true) : it->PreviousRoom(true);
+        },
+        -2147221504,
+        "CRoomIterator->" + move +
+            ": CRoomIterator->GotoRoomQvRs: Gebäude G1 nicht mehr gefunden."
+            "\r\nGebäude: G1\r\nStock: S1\r\nWohnung: W1\r\nRaum: R2"));
+  }
   // A new walk reads the file again.
   EXPECT_TRUE(it->GotoRoom("G4", "S1", "W1", "R2"));
   EXPECT_TRUE(it->FirstRoom());
@@ -220,8 +218,8 @@ TEST(CRoomIteratorTest, ComparesAndHandsOutTheCurrentKey) {
   EXPECT_TRUE(it->EqualRoom(Variant(other)));
   other[4] = Variant("R2");
   EXPECT_FALSE(it->EqualRoom(Variant(other)));
-  EXPECT_TRUE(RaisesError([&] { it->EqualRoom(Variant("G1")); }, 13,
-                          "Type mismatch"));
+  EXPECT_TRUE(
+      RaisesError([&] { it->EqualRoom(Variant("G1")); }, 13, "Type mismatch"));
 }
 
 }  // namespace

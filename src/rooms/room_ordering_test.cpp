@@ -17,7 +17,7 @@ namespace {
 using qv::testing::RoomProject;
 
 const std::vector<std::string> kProject = {
-    "G1/S1/W1/R2#10", "G1/S1/W1/R1#20", "G1/S2", "G1/S3/W2/R1#7", "G2",
+    "G1/S1/W1/R2#10",   "G1/S1/W1/R1#20", "G1/S2", "G1/S3/W2/R1#7", "G2",
     "G4#-5/S1/W1/R1#3", "G4/S1/W1/R2#1"};
 
 // "OrderNum" of every room in the file, by path.
@@ -25,7 +25,8 @@ std::map<std::string, int32_t> StoredNumbers(RoomProject& project) {
   auto rooms = project.OpenRecordset("Raum");
   std::map<std::string, int32_t> numbers;
   for (rooms->moveFirst(); !rooms->isEOF(); rooms->moveNext())
-    numbers[qv::testing::RoomPath(*rooms)] = rooms->getValue("OrderNum").ToLong();
+    numbers[qv::testing::RoomPath(*rooms)] =
+        rooms->getValue("OrderNum").ToLong();
   return numbers;
 }
 
@@ -38,8 +39,8 @@ std::shared_ptr<ds::QvDs> RoomData(RoomProject& project,
     rooms->readBlock(1, true);
   }
   auto data = std::make_shared<ds::QvDs>();
-  data->loadFromRecordset(
-      rooms, {"Gebaeude", "Stock", "Wohnung", "Raum", "OrderNum", "Bezeichnung"});
+  data->loadFromRecordset(rooms, {"Gebaeude", "Stock", "Wohnung", "Raum",
+                                  "OrderNum", "Bezeichnung"});
   return data;
 }
 
@@ -49,36 +50,36 @@ std::vector<std::string> WalkOrder(RoomProject& project) {
   it.init(levels[0], levels[1], levels[2], levels[3]);
   std::vector<std::string> seen;
   for (bool ok = it.FirstRoom(); ok; ok = it.NextRoom())
-    seen.push_back(it.Gebaeude() + "/" + it.Stock() + "/" + it.Wohnung() +
-                   "/" + it.Raum());
+    seen.push_back(it.Gebaeude() + "/" + it.Stock() + "/" + it.Wohnung() + "/" +
+                   it.Raum());
   return seen;
 }
 
 TEST(RoomOrderingTest, NumbersTheDataSetsRoomsInWalkingOrder) {
+  const std::string rooms[] = {"G4/S1/W1/R2", "G4/S1/W1/R1", "G1/S1/W1/R2",
+                               "G1/S1/W1/R1", "G1/S3/W2/R1"};
   struct Case {
     std::string building;  // the data set's rooms; "" for all
     int32_t numbered;
-    std::map<std::string, int32_t> after;
+    std::vector<int32_t> after;  // the "OrderNum" of each of `rooms`
   };
   const Case cases[] = {
-      {"", 5,
-       {{"G4/S1/W1/R2", 0}, {"G4/S1/W1/R1", 1}, {"G1/S1/W1/R2", 2},
-        {"G1/S1/W1/R1", 3}, {"G1/S3/W2/R1", 4}}},
+      {"", 5, {0, 1, 2, 3, 4}},
       // Rooms outside the data set use up no number and keep theirs.
-      {"G1", 3,
-       {{"G4/S1/W1/R2", 1}, {"G4/S1/W1/R1", 3}, {"G1/S1/W1/R2", 0},
-        {"G1/S1/W1/R1", 1}, {"G1/S3/W2/R1", 2}}},
+      {"G1", 3, {1, 3, 0, 1, 2}},
   };
   for (const Case& c : cases) {
     SCOPED_TRACE("data set of building '" + c.building + "'");
     RoomProject project(kProject);
     const std::vector<std::string> order = WalkOrder(project);
     auto levels = project.Levels();
-    EXPECT_EQ(NumberRoomsInWalkingOrder(*RoomData(project, c.building),
-                                        levels[0], levels[1], levels[2],
-                                        levels[3]),
-              c.numbered);
-    EXPECT_EQ(StoredNumbers(project), c.after);
+    EXPECT_EQ(
+        NumberRoomsInWalkingOrder(*RoomData(project, c.building), levels[0],
+                                  levels[1], levels[2], levels[3]),
+        c.numbered);
+    std::map<std::string, int32_t> after;
+    for (size_t i = 0; i < c.after.size(); ++i) after[rooms[i]] = c.after[i];
+    EXPECT_EQ(StoredNumbers(project), after);
     EXPECT_EQ(WalkOrder(project), order);
   }
 }
