@@ -31,32 +31,24 @@ class QvPathTest : public ::testing::Test {
   fs::path dir_;
 };
 
-TEST_F(QvPathTest, ValidFileGivesCatalogFolder) {
+TEST_F(QvPathTest, StateAndCatalogFolderFromTheFile) {
   const std::string folder = (dir_ / "Katalog").string();
   QvPath path(Write("; suite settings\r\n\r\n  catalogpath =  " + folder +
                     "  \r\nOther = x\r\n"));
   EXPECT_EQ(path.GetState(), QvPath::kValid);
   EXPECT_EQ(path.GetCatalogPath(), folder);
-}
-
-TEST_F(QvPathTest, MissingFileOrKeyIsState1) {
   EXPECT_EQ(QvPath((dir_ / "none.asc").string()).GetState(), 1);
   EXPECT_EQ(QvPath(Write("# nothing here\nCatalog = /x\n")).GetState(), 1);
   EXPECT_EQ(QvPath(Write("CatalogPath =   \n")).GetState(), 1);
-}
-
-TEST_F(QvPathTest, FolderThatDoesNotExistIsState2) {
-  QvPath path(Write("CatalogPath = " + (dir_ / "gone").string() + "\n"));
-  EXPECT_EQ(path.GetState(), QvPath::kPathNotValid);
-  EXPECT_EQ(path.GetCatalogPath(), (dir_ / "gone").string());
-}
-
-TEST_F(QvPathTest, Windows1252TextIsDecoded) {
+  QvPath gone(Write("CatalogPath = " + (dir_ / "gone").string() + "\n"));
+  EXPECT_EQ(gone.GetState(), QvPath::kPathNotValid);
+  EXPECT_EQ(gone.GetCatalogPath(), (dir_ / "gone").string());
   fs::create_directories(dir_ / "Kataloge M\xC3\xBCller");
-  QvPath path(Write("CatalogPath = " + dir_.string() +
-                    "/Kataloge M\xFCller\n"));  // ü in Windows-1252
-  EXPECT_EQ(path.GetState(), QvPath::kValid);
-  EXPECT_EQ(path.GetCatalogPath(), dir_.string() + "/Kataloge M\xC3\xBCller");
+  QvPath decoded(Write("CatalogPath = " + dir_.string() +
+                       "/Kataloge M\xFCller\n"));  // ü in Windows-1252
+  EXPECT_EQ(decoded.GetState(), QvPath::kValid);
+  EXPECT_EQ(decoded.GetCatalogPath(),
+            dir_.string() + "/Kataloge M\xC3\xBCller");
 }
 
 TEST_F(QvPathTest, FileIsFoundThroughEnvironmentThenCommonAppData) {

@@ -44,23 +44,15 @@ TEST_F(CollectionTest, ItemsByOneBasedPositionOrByKeyIgnoringCase) {
   EXPECT_EQ(c_.Item("\u00e4RGER"), Variant("third"));
 }
 
-TEST_F(CollectionTest, PositionOutOfRangeRaises9) {
+TEST_F(CollectionTest, BadPositionsAndKeysRaiseAndChangeNothing) {
   EXPECT_TRUE(RaisesError([&] { c_.Item(0); }, 9, kOutOfRange));
   EXPECT_TRUE(RaisesError([&] { c_.Item(4); }, 9, kOutOfRange));
   EXPECT_TRUE(RaisesError([&] { c_.Item(-1); }, 9, kOutOfRange));
   EXPECT_TRUE(RaisesError([&] { c_.Remove(4); }, 9, kOutOfRange));
-  EXPECT_EQ(c_.Count(), 3);
-}
-
-TEST_F(CollectionTest, UnknownKeyRaises5) {
   EXPECT_TRUE(RaisesError([&] { c_.Item("B"); }, 5, kInvalidCall));
   // A string is always a key, even when it looks like a position.
   EXPECT_TRUE(RaisesError([&] { c_.Item("1"); }, 5, kInvalidCall));
   EXPECT_TRUE(RaisesError([&] { c_.Remove("nope"); }, 5, kInvalidCall));
-  EXPECT_EQ(c_.Count(), 3);
-}
-
-TEST_F(CollectionTest, DuplicateKeyRaises457AndLeavesTheCollectionAlone) {
   EXPECT_TRUE(RaisesError([&] { c_.Add("again", "a"); }, 457, kKeyTaken));
   EXPECT_TRUE(
       RaisesError([&] { c_.Add("again", "\u00c4RGER"); }, 457, kKeyTaken));

@@ -89,16 +89,13 @@ class DispatchTest : public ::testing::Test {
   ObjectPtr object_ = probe_;
 };
 
-TEST_F(DispatchTest, NamesIgnoreLetterCase) {
+TEST_F(DispatchTest, NamesIgnoreCaseAndIdsFollowInterfaceOrder) {
   EXPECT_EQ(object_->Call("Join", {"a", "b", "+"}), Variant("a+b"));
   EXPECT_EQ(object_->Call("JOIN", {"a", "b", "+"}), Variant("a+b"));
   EXPECT_EQ(object_->Get("name"), Variant("probe"));
   object_->Let("NAME", "renamed");
   EXPECT_EQ(probe_->Name(), "renamed");
   EXPECT_EQ(object_->Get("M_NCOUNT"), Variant(int16_t{0}));
-}
-
-TEST_F(DispatchTest, IdsFollowInterfaceOrder) {
   const ClassInfo& info = object_->GetClassInfo();
   EXPECT_EQ(info.name(), "DispatchProbe");
   std::vector<std::string> names;
@@ -180,7 +177,7 @@ TEST(ClassInfoTest, OnlyAsciiLettersFoldTheirCase) {
   EXPECT_EQ(info.Find(""), nullptr);
 }
 
-TEST_F(DispatchTest, ByReferenceArgumentsAreWrittenBack) {
+TEST_F(DispatchTest, ByReferenceArgumentsAreWrittenBackAndOmittedOnesDefault) {
   Variant swap[] = {"left", "right"};
   EXPECT_TRUE(object_->Invoke("Swap", InvokeKind::kMethod, swap).IsEmpty());
   EXPECT_EQ(swap[0], Variant("right"));
@@ -198,9 +195,6 @@ TEST_F(DispatchTest, ByReferenceArgumentsAreWrittenBack) {
   EXPECT_EQ(join[0], Variant(int16_t{1}));
   EXPECT_EQ(join[1], Variant(2.5));
   EXPECT_TRUE(join[2].IsEmpty());
-}
-
-TEST_F(DispatchTest, OmittedOptionalArgumentsTakeTheirDefaults) {
   EXPECT_EQ(object_->Call("Join", {"a", "b"}), Variant("a-b"));
   // A by-reference default is a fresh copy on every call.
   EXPECT_EQ(object_->Call("Bump"), Variant(11));
@@ -232,13 +226,15 @@ TEST_F(DispatchTest, BadCallsRaiseTheirAutomationErrorAndChangeNothing) {
        kNoMember},
       // argument counts
       {"too few", [&] { object_->Call("Join", {"a"}); }, 450, kWrongCount},
-      {"too many", [&] { object_->Call("Join", {"a", "b", "c", "d"}); }, 450,
-       kWrongCount},
+      {"too many",
+       [&] {
+         object_->Call("Join", {"a", "b", "c", "d"});
+       },
+       450, kWrongCount},
       {"none", [&] { object_->Call("Half"); }, 450, kWrongCount},
       {"get with index", [&] { object_->Get("Name", {1}); }, 450, kWrongCount},
-      {"let with two",
-       [&] { object_->Invoke("Name", InvokeKind::kLet, two); }, 450,
-       kWrongCount},
+      {"let with two", [&] { object_->Invoke("Name", InvokeKind::kLet, two); },
+       450, kWrongCount},
       {"indexed without index", [&] { object_->Get("Slot"); }, 450,
        kWrongCount},
       // arguments converted by automation rules
@@ -257,14 +253,11 @@ TEST_F(DispatchTest, BadCallsRaiseTheirAutomationErrorAndChangeNothing) {
   EXPECT_EQ(probe_->m_nCount, 0);
 }
 
-TEST_F(DispatchTest, PropertyGetAndMethodAreInterchangeable) {
+TEST_F(DispatchTest, GetAndMethodAreInterchangeableAndConvertArguments) {
   Variant three[] = {3};
   EXPECT_EQ(object_->Invoke("Half", InvokeKind::kGet, three), Variant(1.5));
   EXPECT_EQ(object_->Call("Name"), Variant("probe"));
   EXPECT_EQ(object_->Call("m_nCount"), Variant(int16_t{0}));
-}
-
-TEST_F(DispatchTest, ArgumentsConvertWithAutomationRules) {
   EXPECT_EQ(object_->Call("Half", {"5"}), Variant(2.5));
   EXPECT_EQ(object_->Call("Half", {true}), Variant(-0.5));
 }
@@ -309,19 +302,16 @@ TEST_F(DispatchTest, FieldsGetLetAndSet) {
   EXPECT_EQ(object_->Get("Shade"), Variant(2));
 }
 
-TEST_F(DispatchTest, IndexedPropertyTakesTheNewValueLast) {
+TEST_F(DispatchTest, IndexedPropertyTakesTheNewValueLastAndErrorsPassThrough) {
   Variant let[] = {int16_t{1}, "one"};
   object_->Invoke("Slot", InvokeKind::kLet, let);
   EXPECT_EQ(probe_->slots[1], Variant("one"));
   EXPECT_EQ(object_->Get("Slot", {1}), Variant("one"));
-}
-
-TEST_F(DispatchTest, ErrorsOfTheMemberPassThroughUnchanged) {
   EXPECT_TRUE(RaisesError([&] { object_->Call("Fail"); }, 1234,
                           "failed on purpose", "DispatchProbe.Fail"));
 }
 
-TEST(ClassFactoryTest, CreatesRegisteredClassesByProgId) {
+TEST(ClassFactoryTest, CreatesRegisteredClassesByProgIdOrRaises429) {
   ObjectPtr first = CreateObject("qvglobal10.DispatchProbe");
   ASSERT_NE(std::dynamic_pointer_cast<DispatchProbe>(first), nullptr);
   ObjectPtr second = CreateObject("QVGLOBAL10.dispatchprobe");
@@ -329,9 +319,6 @@ TEST(ClassFactoryTest, CreatesRegisteredClassesByProgId) {
   EXPECT_NE(first, second);
   EXPECT_EQ(first->Get("Name"), Variant("probe"));
   EXPECT_NE(CreateObjectAs<DispatchProbe>("qvglobal10.DispatchProbe"), nullptr);
-}
-
-TEST(ClassFactoryTest, UnknownProgIdRaises429) {
   for (const char* progid :
        {"qvglobal10.NoSuchClass", "DispatchProbe", "", "qvglobal10."}) {
     SCOPED_TRACE(progid);

@@ -89,9 +89,6 @@ TEST(TextTest, CaseFoldingPairsAreMutual) {
   }
   // 26 ASCII, 30 Latin-1, Ÿ and 27 + 8 + 23 + 3 Latin Extended-A capitals.
   EXPECT_EQ(pairs, 26 + 30 + 1 + 61);
-}
-
-TEST(TextTest, CaseFoldingPassesInvalidBytesThrough) {
   EXPECT_EQ(LCase("A\xC4Z\xE4"), "a\xC4z\xE4");
   EXPECT_EQ(UCase("\xC3"), "\xC3");
   EXPECT_EQ(LCase("\xC3\x84"), "\xC3\xA4");  // the valid form of Ä
@@ -128,7 +125,7 @@ TEST(TextTest, TrimRemovesBlanksOnly) {
   EXPECT_EQ(LTrim(""), "");
 }
 
-TEST(TextTest, SplitBinary) {
+TEST(TextTest, SplitInBothModes) {
   EXPECT_EQ(Split("Haus_A_VM", "_"), (Parts{"Haus", "A", "VM"}));
   EXPECT_EQ(Split("_VM", "_"), (Parts{"", "VM"}));
   EXPECT_EQ(Split("Haus_", "_"), (Parts{"Haus", ""}));
@@ -139,9 +136,6 @@ TEST(TextTest, SplitBinary) {
   EXPECT_EQ(Split("a;b", ""), (Parts{"a;b"}));
   EXPECT_EQ(Split("a@@b@@@c", "@@"), (Parts{"a", "b", "@c"}));
   EXPECT_EQ(Split("aXbxc", "x"), (Parts{"aXb", "c"}));
-}
-
-TEST(TextTest, SplitText) {
   EXPECT_EQ(Split("aXbxc", "x", kTxt), (Parts{"a", "b", "c"}));
   EXPECT_EQ(Split("Zeile1@@N@@Zeile2@@n@@", "@@n@@", kTxt),
             (Parts{"Zeile1", "Zeile2", ""}));
@@ -163,7 +157,7 @@ TEST(TextTest, ReplaceInBothModes) {
   EXPECT_EQ(Replace("xax", "x", "xx"), "xxaxx");
 }
 
-TEST(TextTest, InStrPositionsInCharacters) {
+TEST(TextTest, InStrPositionsInCharactersAndStartBounds) {
   EXPECT_EQ(InStr("Data Source=x", "Source="), 6u);
   EXPECT_EQ(InStr("abcabc", "c", 4), 6u);
   EXPECT_EQ(InStr("abcabc", "C"), 0u);
@@ -173,9 +167,6 @@ TEST(TextTest, InStrPositionsInCharacters) {
   EXPECT_EQ(InStr("abc", "d"), 0u);
   EXPECT_EQ(InStr("", "a"), 0u);
   EXPECT_EQ(InStr("abc", "abcd"), 0u);
-}
-
-TEST(TextTest, InStrEmptyFindAndStartBounds) {
   EXPECT_EQ(InStr("abc", ""), 1u);
   EXPECT_EQ(InStr("abc", "", 3), 3u);
   EXPECT_EQ(InStr("abc", "", 4), 0u);
@@ -185,7 +176,7 @@ TEST(TextTest, InStrEmptyFindAndStartBounds) {
   ExpectError5([] { InStr("abc", "a", 0); });
 }
 
-TEST(TextTest, Utf8Validation) {
+TEST(TextTest, Utf8ValidationAndDecoding) {
   EXPECT_TRUE(IsValidUtf8(""));
   EXPECT_TRUE(IsValidUtf8("a\u00e4\u20ac\U0001F600"));
   EXPECT_FALSE(IsValidUtf8("\xE4"));              // Latin-1 ä
@@ -195,9 +186,6 @@ TEST(TextTest, Utf8Validation) {
   EXPECT_FALSE(IsValidUtf8("\xF4\x90\x80\x80"));  // above U+10FFFF
   EXPECT_FALSE(IsValidUtf8("\xE2\x82"));          // cut short
   EXPECT_FALSE(IsValidUtf8("\x80"));              // lone continuation
-}
-
-TEST(TextTest, Windows1252Decoding) {
   EXPECT_EQ(FromWindows1252("\x80"), "\u20ac");
   EXPECT_EQ(FromWindows1252("Gr\xF6\xDF"
                             "e \xE4"),
@@ -206,9 +194,6 @@ TEST(TextTest, Windows1252Decoding) {
   EXPECT_EQ(FromWindows1252("\x81\x8D\x8F\x90\x9D"),
             "\u0081\u008d\u008f\u0090\u009d");
   EXPECT_EQ(FromWindows1252("\xA0\xFF"), "\u00a0\u00ff");
-}
-
-TEST(TextTest, DecodeFileText) {
   EXPECT_EQ(DecodeFileText("\xEF\xBB\xBF"
                            "Stra\u00dfe"),
             "Stra\u00dfe");

@@ -12,18 +12,15 @@ namespace {
 
 // Dates before 1899-12-30 carry the time as a fraction counted away from the
 // day, so that the time of day reads back the same on either side of day 0.
-TEST(VariantDateTest, TimeBeforeDayZeroCountsAwayFromTheDay) {
+TEST(VariantDateTest, TimesBeforeDayZeroAndPureTimesReadBack) {
   EXPECT_EQ(MakeDate(1899, 12, 29, 6, 0, 0).serial, -1.25);
   EXPECT_EQ(MakeDate(1899, 12, 31, 6, 0, 0).serial, 1.25);
   EXPECT_EQ(FormatDate(MakeDate(1899, 12, 29, 6, 0, 0)), "1899-12-29 06:00:00");
   EXPECT_EQ(FormatDate(MakeDate(1800, 1, 1, 23, 59, 59)),
             "1800-01-01 23:59:59");
   EXPECT_EQ(ParseDate("1899-12-29 18:00")->serial, -1.75);
-}
-
-// A pure time prints without a date and reads back ("-.5" was a fuzzing
-// find: it printed as "12:00:00", which did not read back).
-TEST(VariantDateTest, PureTimesReadBack) {
+  // A pure time prints without a date and reads back ("-.5" was a fuzzing
+  // find: it printed as "12:00:00", which did not read back).
   const Date noon_before_day_zero = Variant("-.5").ToDate();
   EXPECT_EQ(FormatDate(noon_before_day_zero), "12:00:00");
   EXPECT_EQ(ParseDate(FormatDate(noon_before_day_zero))->serial, 0.5);
@@ -87,12 +84,12 @@ TEST(VariantDateTest, NumbersOutsideTheCalendarOverflow) {
     if (c.fits) {
       EXPECT_EQ(c.value.ToDate().serial, c.value.ToDouble());
     } else {
-      EXPECT_TRUE(testing::RaisesError([&] { c.value.ToDate(); }, 6,
-                                       "Overflow"));
+      EXPECT_TRUE(
+          testing::RaisesError([&] { c.value.ToDate(); }, 6, "Overflow"));
     }
   }
-  EXPECT_TRUE(testing::RaisesError([] { FormatDate(Date{1e308}); }, 6,
-                                   "Overflow"));
+  EXPECT_TRUE(
+      testing::RaisesError([] { FormatDate(Date{1e308}); }, 6, "Overflow"));
 }
 
 }  // namespace

@@ -362,7 +362,7 @@ TEST(VariantCompareTest, IdentityIsNotAutomationEquality) {
   EXPECT_FALSE(Variant(object) == Variant(other));
 }
 
-TEST(VariantValueTest, CopyingCopiesTheArray) {
+TEST(VariantValueTest, CopyingCopiesTheArrayAndAnElementMayReplaceItsArray) {
   Variant original = Array({1, Array({"inner"})});
   Variant copy = original;
   copy.ToArray()[0] = 99;
@@ -375,10 +375,9 @@ TEST(VariantValueTest, CopyingCopiesTheArray) {
   assigned.ToArray().Append(3);
   EXPECT_EQ(original.ToArray().size(), 2u);
   EXPECT_EQ(assigned.ToArray().size(), 3u);
-}
 
-TEST(VariantValueTest, AssigningAnElementOfItsOwnArray) {
-  // The element lives inside the array that the assignment replaces.
+  // Assigning an element of its own array: the element lives inside the array
+  // that the assignment replaces.
   Variant v = Array({12345, "a string long enough to live on the heap"});
   v = v.ToArray()[0];
   EXPECT_EQ(v, Variant(12345));

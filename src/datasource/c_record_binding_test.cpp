@@ -84,7 +84,8 @@ class CRecordBindingTest : public ::testing::Test {
   Variant ptr_;
 };
 
-TEST_F(CRecordBindingTest, RegistrationChecksTheLayout) {
+TEST_F(CRecordBindingTest,
+       RegistrationChecksTheLayoutAndThePointerNamesTheTable) {
   Messung other;
   QvCFieldLayout bad = kMessungFields[1];
   bad.size = sizeof(double);  // an int32_t member cannot be 8 bytes
@@ -99,22 +100,19 @@ TEST_F(CRecordBindingTest, RegistrationChecksTheLayout) {
             -1);
   EXPECT_EQ(qv_register_c_record(&other, "messung", kMessungFields, 0), -1);
   EXPECT_EQ(qv_unregister_c_record(&other), -1);
-}
-
-TEST_F(CRecordBindingTest, ThePointerVariantNamesTheTable) {
   QvRecordset spare;
   EXPECT_EQ(ptr_.type(), VarType::kDouble);
   EXPECT_EQ(spare.tableNameFromCPointer(ptr_), "Messung");
-  Messung unknown;
-  Variant other = CRecordPointer(&unknown);
-  EXPECT_EQ(spare.tableNameFromCPointer(other), "");
+  Variant unknown = CRecordPointer(&other);  // never registered
+  EXPECT_EQ(spare.tableNameFromCPointer(unknown), "");
   Variant text("0x1234");
   EXPECT_TRUE(
       qv::testing::RaisesError([&] { spare.tableNameFromCPointer(text); },
                                err::kTypeMismatch, "Type mismatch"));
 }
 
-TEST_F(CRecordBindingTest, EveryMoveCopiesTheCurrentRecordIntoTheStructure) {
+TEST_F(CRecordBindingTest,
+       EveryMoveCopiesTheRecordIntoTheStructureUntilUnregistered) {
   auto rs = Attached();
   EXPECT_STREQ(rec_.name, "A");
   EXPECT_EQ(rec_.nr, 1);
@@ -130,6 +128,10 @@ TEST_F(CRecordBindingTest, EveryMoveCopiesTheCurrentRecordIntoTheStructure) {
   EXPECT_EQ(rec_.aktiv, 0);
   EXPECT_EQ(rec_.datum, 0.0);  // Null
   EXPECT_EQ(rec_.anzahl, 0);
+  // Unregistered, the structure is left alone.
+  ASSERT_EQ(qv_unregister_c_record(&rec_), 0);
+  rs->movePrevious();
+  EXPECT_EQ(rec_.nr, 2);
 }
 
 TEST_F(CRecordBindingTest, InsertAndUpdateTakeTheStructuresValues) {
@@ -170,13 +172,6 @@ TEST_F(CRecordBindingTest, AttachFailsWhenTheStructureDoesNotFit) {
   EXPECT_EQ(qv_unregister_c_record(&other), 0);
   Variant not_a_pointer("x");
   EXPECT_FALSE(rs->attachCPointer(not_a_pointer));
-}
-
-TEST_F(CRecordBindingTest, UnregisteringDetachesTheStructure) {
-  auto rs = Attached();
-  ASSERT_EQ(qv_unregister_c_record(&rec_), 0);
-  rs->moveNext();
-  EXPECT_STREQ(rec_.name, "A");
 }
 
 TEST_F(CRecordBindingTest, MembersAreReachedByName) {

@@ -101,7 +101,7 @@ TEST_F(DbCatalogTest, NamesWithQuotesAndSqlAreData) {
   EXPECT_EQ(All(table), (Rows{{column, 1, kNull}}));
 }
 
-TEST_F(DbCatalogTest, EnforcesTextLengthAndSmallIntRange) {
+TEST_F(DbCatalogTest, EnforcesTextLengthAndSmallIntRangeAndReadsColumnTypes) {
   catalog_.CreateTable(
       "raum", {{"Raum", kAdVarWChar, 5}, {"Anzahl", kAdSmallInt}}, {"Raum"});
   catalog_.AddColumn("raum", {"Name", kAdVarWChar, 2});
@@ -132,9 +132,6 @@ TEST_F(DbCatalogTest, EnforcesTextLengthAndSmallIntRange) {
                             "DbConnection.Execute"));
   }
   EXPECT_EQ(con_.QueryValue("SELECT count(*) FROM raum"), Variant(2));
-}
-
-TEST_F(DbCatalogTest, ReadsColumnTypesAndKeyOrder) {
   const std::vector<ColumnDef> columns = {
       {"Text", kAdVarWChar, 50},   {"Memo", kAdLongVarWChar},
       {"Ja", kAdBoolean},          {"Datum", kAdDate},
@@ -324,44 +321,15 @@ TEST_F(DbCatalogTest, ReadsTablesWrittenByOtherTools) {
   EXPECT_EQ(con_.QueryValue("SELECT c FROM h"), Variant("x"));
 }
 
-class DbCompactTest : public DbCatalogTest {
- protected:
-  void FillAndShrink() {
-    catalog_.CreateTable("t", {{"k", kAdInteger}, {"v", kAdLongVarWChar}},
-                         {"k"});
-    DbConnection::Transaction tx(con_);
-    for (int i = 0; i < 400; ++i) {
-      con_.Execute("INSERT INTO t VALUES (?, ?)", {i, std::string(1000, 'x')});
-    }
-    tx.Commit();
-    con_.Execute("DELETE FROM t WHERE k >= 200");
-    con_.Close();
+TEST_F(DbCatalogTest, CompactShrinksTheFileOrLeavesTheOriginalOnFailure) {
+  catalog_.CreateTable("t", {{"k", kAdInteger}, {"v", kAdLongVarWChar}}, {"k"});
+  DbConnection::Transaction tx(con_);
+  for (int i = 0; i < 400; ++i) {
+    con_.Execute("INSERT INTO t VALUES (?, ?)", {i, std::string(1000, 'x')});
   }
-};
-
-TEST_F(DbCompactTest, KeepsRecordsAndShrinksTheFile) {
-  FillAndShrink();
-  const uintmax_t before = std::filesystem::file_size(path_);
-  uint64_t last_read = 0, last_total = 0;
-  int calls = 0;
-  DbCatalog::Compact(path_, [&](uint64_t read, uint64_t total) {
-    ++calls;
-    EXPECT_LE(read, total);
-    last_read = read;
-    last_total = total;
-  });
-  EXPECT_LT(std::filesystem::file_size(path_), before * 2 / 3);
-  EXPECT_GE(calls, 2);  // at least once while working, once when done
-  EXPECT_EQ(last_total, before);
-  EXPECT_EQ(last_read, before);
-  Reopen();
-  EXPECT_EQ(con_.QueryValue("SELECT count(*) FROM t"), Variant(200));
-  EXPECT_EQ(catalog_.PrimaryKey("qvversions"),
-            std::vector<std::string>{"Name"});
-}
-
-TEST_F(DbCompactTest, FailureLeavesTheOriginal) {
-  FillAndShrink();
+  tx.Commit();
+  con_.Execute("DELETE FROM t WHERE k >= 200");
+  con_.Close();
   const uintmax_t before = std::filesystem::file_size(path_);
   struct Stop {};
   EXPECT_THROW(
@@ -381,8 +349,23 @@ TEST_F(DbCompactTest, FailureLeavesTheOriginal) {
       RaisesError([&] { DbCatalog::Compact(text); }, dberr::kCompact,
                   "compacting '" + text + "' failed: file is not a database"));
   EXPECT_EQ(std::filesystem::file_size(text), 2000u);
+
+  uint64_t last_read = 0, last_total = 0;
+  int calls = 0;
+  DbCatalog::Compact(path_, [&](uint64_t read, uint64_t total) {
+    ++calls;
+    EXPECT_LE(read, total);
+    last_read = read;
+    last_total = total;
+  });
+  EXPECT_LT(std::filesystem::file_size(path_), before * 2 / 3);
+  EXPECT_GE(calls, 2);  // at least once while working, once when done
+  EXPECT_EQ(last_total, before);
+  EXPECT_EQ(last_read, before);
   Reopen();
   EXPECT_EQ(con_.QueryValue("SELECT count(*) FROM t"), Variant(200));
+  EXPECT_EQ(catalog_.PrimaryKey("qvversions"),
+            std::vector<std::string>{"Name"});
 }
 
 }  // namespace

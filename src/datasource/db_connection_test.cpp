@@ -33,7 +33,8 @@ class DbConnectionTest : public ::testing::Test {
   DbConnection con_;
 };
 
-TEST_F(DbConnectionTest, OpensByBothProviderNamesAndCloses) {
+TEST_F(DbConnectionTest,
+       OpensByBothProviderNamesOrTheStringSetBeforeAndCloses) {
   EXPECT_EQ(con_.State(), DbConnection::kStateOpen);
   EXPECT_EQ(con_.Path(), path_);
   con_.Close();
@@ -50,9 +51,7 @@ TEST_F(DbConnectionTest, OpensByBothProviderNamesAndCloses) {
                           "connection is already open", "DbConnection.Open"));
   EXPECT_TRUE(RaisesError([&] { con_.SetConnectionString("x"); },
                           dberr::kConnection, "connection is already open"));
-}
-
-TEST_F(DbConnectionTest, OpenWithoutAStringUsesTheOneSetBefore) {
+  // Opened without a string, it uses the one set before.
   con_.Close();
   con_.SetConnectionString("Data Source=" + path_);
   con_.Open("");  // no provider means SQLite
@@ -106,7 +105,7 @@ TEST_F(DbConnectionTest, OpensAPathWrittenWithOtherLetterCase) {
       "DbConnection.CreateDatabase"));
 }
 
-TEST_F(DbConnectionTest, NewDatabaseHoldsTheVersionTable) {
+TEST_F(DbConnectionTest, NewDatabaseHoldsTheVersionTableAndPragmasAreSet) {
   DbCatalog catalog(con_);
   EXPECT_EQ(catalog.Tables(), std::vector<std::string>{"qvversions"});
   EXPECT_EQ(catalog.Columns("qvversions"),
@@ -117,9 +116,6 @@ TEST_F(DbConnectionTest, NewDatabaseHoldsTheVersionTable) {
       [&] { DbConnection::CreateDatabase(dir_.File("no/such.qv3")); },
       dberr::kSql, "unable to open database file",
       "DbConnection.CreateDatabase"));
-}
-
-TEST_F(DbConnectionTest, SetsTheConnectionPragmas) {
   EXPECT_EQ(con_.QueryValue("PRAGMA foreign_keys"), Variant(1));
   EXPECT_EQ(con_.QueryValue("PRAGMA journal_mode"), Variant("delete"));
   EXPECT_EQ(con_.QueryValue("PRAGMA busy_timeout"),
@@ -155,7 +151,7 @@ TEST_F(DbConnectionTest, TextKeysCompareWithoutRegardToCase) {
       "DbConnection.Execute"));
 }
 
-TEST_F(DbConnectionTest, BindsAndReadsValuesByDeclaredType) {
+TEST_F(DbConnectionTest, BindsAndReadsValuesByDeclaredTypeAndNamesFailures) {
   DbCatalog(con_).CreateTable("v",
                               {{"id", kAdInteger},
                                {"b", kAdBoolean},
@@ -188,9 +184,6 @@ TEST_F(DbConnectionTest, BindsAndReadsValuesByDeclaredType) {
   EXPECT_TRUE(
       RaisesError([&] { con_.Execute("SELECT ?", {Variant(SafeArray())}); },
                   err::kTypeMismatch, "Type mismatch"));
-}
-
-TEST_F(DbConnectionTest, EngineErrorsNameTheOperation) {
   EXPECT_TRUE(RaisesError([&] { con_.Query("SELECT * FROM nowhere"); },
                           dberr::kSql, "no such table: nowhere",
                           "DbConnection.Query"));
@@ -203,7 +196,7 @@ int Count(DbConnection& con) {
   return con.QueryValue("SELECT count(*) FROM qvversions").ToLong();
 }
 
-TEST_F(DbConnectionTest, TransactionsNestAndRollBackUnlessCommitted) {
+TEST_F(DbConnectionTest, TransactionsNestEndInOrderAndRollBackUnlessCommitted) {
   {
     DbConnection::Transaction outer(con_);
     con_.Execute("INSERT INTO qvversions VALUES ('a', 1)");
@@ -229,9 +222,6 @@ TEST_F(DbConnectionTest, TransactionsNestAndRollBackUnlessCommitted) {
     inner.Commit();
   }  // the outer one takes the inner one's work back with it
   EXPECT_EQ(Count(con_), 2);
-}
-
-TEST_F(DbConnectionTest, TransactionsEndInOrder) {
   DbConnection::Transaction outer(con_);
   DbConnection::Transaction inner(con_);
   EXPECT_TRUE(RaisesError([&] { outer.Commit(); }, dberr::kTransaction,

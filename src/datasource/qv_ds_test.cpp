@@ -80,7 +80,7 @@ TEST_F(QvDsTest, LoadsTheCurrentBlockWithoutMovingTheRecordSet) {
                   "column 'Stock' not found in the data set", "QvDs.getValue"));
 }
 
-TEST_F(QvDsTest, SortIsStableAndMapsOrdinalsToRecords) {
+TEST_F(QvDsTest, SortIsStableNullFirstThenNumbersThenTextAndMapsOrdinals) {
   ds_.setRowValue(0, "OrderNum", Variant(int32_t{5}));
   ds_.setRowValue(1, "OrderNum", Variant(int32_t{5}));
   ds_.setRowValue(2, "OrderNum", Variant(int32_t{1}));
@@ -93,9 +93,6 @@ TEST_F(QvDsTest, SortIsStableAndMapsOrdinalsToRecords) {
   EXPECT_EQ(ds_.ordinalForRecord(-1), -1);
   EXPECT_EQ(ds_.getValue(0, "Stock"),
             Variant("S3"));  // records keep their numbers
-}
-
-TEST_F(QvDsTest, SortPutsNullFirstThenNumbersThenTextWithoutRegardToCase) {
   ds_.setRowValue(0, "Stock", Variant("b"));
   ds_.setRowValue(1, "Stock", Variant("B"));
   ds_.setRowValue(2, "Stock", Variant("a"));
@@ -152,21 +149,7 @@ TEST_F(QvDsTest, RenumberingWritesTheChangedOrderNumbersBack) {
   EXPECT_EQ(storeys_->getBlockValue(0, 1), Variant("S1"));
 }
 
-TEST_F(QvDsTest, ARenumberingThatFailsWritesNothing) {
-  ds_.beginRenumber();
-  ds_.setRowValue(0, "OrderNum", Variant(int32_t{30}));
-  ds_.setRowValue(2, "OrderNum", Variant("oben"));
-  EXPECT_TRUE(RaisesError(
-      [&] { ds_.endRenumber(); }, err::kTypeMismatch,
-      "Type mismatch: column 'OrderNum' of table 'stock' cannot take String "
-      "\"oben\"",
-      "QvDs.endRenumber"));
-  auto other = db_.Open("stock");
-  EXPECT_EQ(StoreysInOrder(*other),
-            (std::vector<std::string>{"S3", "S2", "S1"}));
-}
-
-TEST_F(QvDsTest, RenumberingNeedsItsBeginningAndTheKeyColumns) {
+TEST_F(QvDsTest, RenumberingNeedsItsBeginningAndKeysAndFailsWritingNothing) {
   EXPECT_TRUE(RaisesError([&] { ds_.endRenumber(); }, err::kObjectError1000,
                           "no renumbering has begun", "QvDs.endRenumber"));
   QvDs without_key;
@@ -182,6 +165,18 @@ TEST_F(QvDsTest, RenumberingNeedsItsBeginningAndTheKeyColumns) {
   EXPECT_TRUE(RaisesError(
       [&] { without_order.beginRenumber(); }, err::kObjectError1000,
       "column 'OrderNum' not found in the data set", "QvDs.beginRenumber"));
+  // A renumbering that fails writes nothing.
+  ds_.beginRenumber();
+  ds_.setRowValue(0, "OrderNum", Variant(int32_t{30}));
+  ds_.setRowValue(2, "OrderNum", Variant("oben"));
+  EXPECT_TRUE(RaisesError(
+      [&] { ds_.endRenumber(); }, err::kTypeMismatch,
+      "Type mismatch: column 'OrderNum' of table 'stock' cannot take String "
+      "\"oben\"",
+      "QvDs.endRenumber"));
+  auto other = db_.Open("stock");
+  EXPECT_EQ(StoreysInOrder(*other),
+            (std::vector<std::string>{"S3", "S2", "S1"}));
 }
 
 TEST_F(QvDsTest, MembersAreReachedByName) {

@@ -132,9 +132,13 @@ TEST_F(QvRecordsetTest, BlockOrderIsOrderNumThenKeyAtEveryLevel) {
   // Equal order numbers fall back to the key.
   db_.con()->Execute("UPDATE stock_t SET OrderNum = 0");
   EXPECT_EQ(storeys(), (std::vector<std::string>{"S1", "S2", "S3"}));
+  EXPECT_TRUE(RaisesError([&] { rs->readBlock(3, true); },
+                          err::kInvalidProcedureCall,
+                          "key count 3 out of range 0 to 2 for table 'stock'",
+                          "QvRecordset.readBlock"));
 }
 
-TEST_F(QvRecordsetTest, TextKeysMatchWithoutRegardToCase) {
+TEST_F(QvRecordsetTest, TextKeysIgnoreCaseAndAnEmptyBlockEmptiesTheRest) {
   auto rs = db_.Open("raum");
   SetKeys(*rs, {"g1", "s2", "w1"});
   EXPECT_TRUE(rs->readBlock(3, true));
@@ -142,10 +146,6 @@ TEST_F(QvRecordsetTest, TextKeysMatchWithoutRegardToCase) {
   EXPECT_EQ(Text(*rs, "Wohnung"), "W1");  // the stored form
   EXPECT_TRUE(rs->findKey("raum", Variant("r2")));
   EXPECT_EQ(Text(*rs, "Raum"), "R2");
-}
-
-TEST_F(QvRecordsetTest, EmptyBlockKeepsItsKeysAndEmptiesTheRest) {
-  auto rs = db_.Open("raum");
   SetKeys(*rs, {"G1", "S9"});
   EXPECT_FALSE(rs->readBlock(2, true));
   EXPECT_TRUE(rs->isBlockEmpty());
@@ -158,15 +158,7 @@ TEST_F(QvRecordsetTest, EmptyBlockKeepsItsKeysAndEmptiesTheRest) {
   EXPECT_TRUE(rs->getValue("Bezeichnung").IsEmpty());
 }
 
-TEST_F(QvRecordsetTest, ReadBlockRejectsAKeyCountBeyondTheKeys) {
-  auto rs = db_.Open("stock");
-  EXPECT_TRUE(RaisesError([&] { rs->readBlock(3, true); },
-                          err::kInvalidProcedureCall,
-                          "key count 3 out of range 0 to 2 for table 'stock'",
-                          "QvRecordset.readBlock"));
-}
-
-TEST_F(QvRecordsetTest, MovesStayInsideTheBlock) {
+TEST_F(QvRecordsetTest, MovesAndFindKeyStayInsideTheBlockUntilReread) {
   auto rs = db_.Open("raum");
   SetKeys(*rs, {"G1", "S1", "W1"});
   rs->readBlock(3, true);
@@ -191,12 +183,6 @@ TEST_F(QvRecordsetTest, MovesStayInsideTheBlock) {
   EXPECT_EQ(Text(*rs, "Raum"), "R3");
   EXPECT_TRUE(RaisesError([&] { rs->moveTo(3); }, err::kSubscriptOutOfRange,
                           "Subscript out of range", "QvRecordset.moveTo"));
-}
-
-TEST_F(QvRecordsetTest, FindKeySearchesOnlyTheCurrentBlock) {
-  auto rs = db_.Open("raum");
-  SetKeys(*rs, {"G1", "S1", "W1"});
-  rs->readBlock(3, true);
   rs->moveTo(1);
   EXPECT_FALSE(rs->findKey("Wohnung", Variant("W2")));
   EXPECT_EQ(rs->getPosition(), 1);  // not moved
@@ -208,12 +194,6 @@ TEST_F(QvRecordsetTest, FindKeySearchesOnlyTheCurrentBlock) {
   EXPECT_TRUE(RaisesError(
       [&] { rs->findKey("Nope", Variant(1)); }, err::kObjectError1000,
       "field 'Nope' not found in table 'raum'", "QvRecordset.findKey"));
-}
-
-TEST_F(QvRecordsetTest, ReadBlockWithoutRereadKeepsTheBlockOfTheSameKeys) {
-  auto rs = db_.Open("raum");
-  SetKeys(*rs, {"G1", "S1", "W1"});
-  rs->readBlock(3, true);
   db_.con()->Execute("DELETE FROM raum_t WHERE Raum = 'R2'");
   rs->moveLast();
   EXPECT_TRUE(rs->readBlock(3, false));

@@ -92,7 +92,7 @@ TEST_F(QvRecordsetWriteTest,
   EXPECT_EQ(rs->getValue("Raum"), Variant("R9"));
 }
 
-TEST_F(QvRecordsetWriteTest, InsertWithoutParentWritesNothing) {
+TEST_F(QvRecordsetWriteTest, InsertRefusesOrphansAndExistingKeysInAnyCase) {
   auto rs = db_.Open("raum");
   SetRoom(*rs, {"G9", "S1", "W1", "R1"}, 0, "Waise");
   EXPECT_TRUE(RaisesError([&] { rs->insertRecord(); }, dberr::kConstraint,
@@ -100,10 +100,6 @@ TEST_F(QvRecordsetWriteTest, InsertWithoutParentWritesNothing) {
   EXPECT_EQ(CountInFile("SELECT COUNT(*) FROM raum_t WHERE Gebaeude = 'G9'"),
             0);
   EXPECT_EQ(CountInFile("SELECT COUNT(*) FROM raum WHERE Gebaeude = 'G9'"), 0);
-}
-
-TEST_F(QvRecordsetWriteTest, InsertRefusesAnExistingKeyInAnyLetterCase) {
-  auto rs = db_.Open("raum");
   SetRoom(*rs, {"g1", "s1", "w1", "r1"}, 0, "Doppelt");
   EXPECT_TRUE(RaisesError(
       [&] { rs->insertRecord(); }, dberr::kConstraint,
@@ -265,39 +261,35 @@ TEST_F(QvRecordsetValuesTest,
   rs_->setValue("Text", Variant("ÄÖÜäö"));  // five characters, ten bytes: fits
   rs_->insertRecord();
   rs_->setValue("Nr", Variant(int32_t{2}));
-  rs_->setValue("Text", Variant("sechs!"));
-  EXPECT_TRUE(RaisesError(
-      [&] { rs_->insertRecord(); }, dberr::kConstraint,
-      "text too long for column 'Text' of table 'pos': at most 5 characters",
-      "QvRecordset.insertRecord"));
-  rs_->setValue("Text", Variant());
-  rs_->setValue("Anzahl", Variant(int32_t{40000}));
-  EXPECT_TRUE(RaisesError(
-      [&] { rs_->insertRecord(); }, dberr::kConstraint,
-      "value out of range for column 'Anzahl' of table 'pos': -32768 to 32767",
-      "QvRecordset.insertRecord"));
-  rs_->setValue("Anzahl", Variant());
-  rs_->setValue("Wert", Variant("viel"));
-  EXPECT_TRUE(RaisesError(
-      [&] { rs_->insertRecord(); }, err::kTypeMismatch,
-      "Type mismatch: column 'Wert' of table 'pos' cannot take String \"viel\"",
-      "QvRecordset.insertRecord"));
-  rs_->setValue("Wert", Variant());
-  rs_->setValue("Nr", Variant(3.0e10));
-  EXPECT_TRUE(RaisesError(
-      [&] { rs_->insertRecord(); }, err::kOverflow,
-      "Overflow: column 'Nr' of table 'pos' cannot take Double 30000000000",
-      "QvRecordset.insertRecord"));
+  const struct {
+    const char* column;
+    Variant value;
+    int32_t number;
+    const char* text;
+  } kRefused[] = {
+      {"Text", Variant("sechs!"), dberr::kConstraint,
+       "text too long for column 'Text' of table 'pos': at most 5 characters"},
+      {"Anzahl", Variant(int32_t{40000}), dberr::kConstraint,
+       "value out of range for column 'Anzahl' of table 'pos': -32768 to "
+       "32767"},
+      {"Wert", Variant("viel"), err::kTypeMismatch,
+       "Type mismatch: column 'Wert' of table 'pos' cannot take String "
+       "\"viel\""},
+      {"Nr", Variant(3.0e10), err::kOverflow,
+       "Overflow: column 'Nr' of table 'pos' cannot take Double 30000000000"},
+      {"Projekt", Variant(), dberr::kConstraint,
+       "column 'Projekt' of table 'pos' must not be Null"},
+  };
+  for (const auto& c : kRefused) {
+    SCOPED_TRACE(c.column);
+    const Variant fitting = rs_->getValue(c.column);
+    rs_->setValue(c.column, c.value);
+    EXPECT_TRUE(RaisesError([&] { rs_->insertRecord(); }, c.number, c.text,
+                            "QvRecordset.insertRecord"));
+    rs_->setValue(c.column, fitting);
+  }
   EXPECT_EQ(CountInFile("SELECT COUNT(*) FROM pos_t"), 1);
   EXPECT_EQ(CountInFile("SELECT COUNT(*) FROM pos"), 1);
-}
-
-TEST_F(QvRecordsetValuesTest, AKeyMustNotBeEmpty) {
-  rs_->clearVars();
-  rs_->setValue("Nr", Variant(int32_t{1}));
-  EXPECT_TRUE(RaisesError([&] { rs_->insertRecord(); }, dberr::kConstraint,
-                          "column 'Projekt' of table 'pos' must not be Null",
-                          "QvRecordset.insertRecord"));
 }
 
 }  // namespace

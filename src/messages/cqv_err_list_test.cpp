@@ -111,7 +111,7 @@ TEST_F(ErrListTest, BindingWritesIconAndTextOfEveryMessage) {
                           "ErrKind 7 nicht definert"));
 }
 
-TEST_F(ErrListTest, RepeatedMessagesAreDropped) {
+TEST_F(ErrListTest, RepeatedMessagesAreDroppedOthersHeldAsUnnamedCopies) {
   const struct {
     const char* what;
     std::shared_ptr<CQvErrMsg> msg;
@@ -148,14 +148,12 @@ TEST_F(ErrListTest, RepeatedMessagesAreDropped) {
   list_->clear();
   list_->addError(*cases[0].msg);
   EXPECT_EQ(list_->m_colErrMsg()->Count(), 1);
-}
-
-TEST_F(ErrListTest, HoldsUnnamedCopies) {
+  // The list holds unnamed copies.
   const auto msg = Msg(5, QvErrKindError, "Original", {"R1"});
   list_->addError(*msg);
   msg->m_sMsg = "geändert";
   const auto copy =
-      list_->m_colErrMsg()->Item(Variant(1)).ToObjectAs<CQvErrMsg>();
+      list_->m_colErrMsg()->Item(Variant(2)).ToObjectAs<CQvErrMsg>();
   EXPECT_EQ(copy->m_sMsg, "Original");
   EXPECT_TRUE(
       RaisesError([&] { copy->m_colDbFieldList()->Item(Variant("f0")); }, 5,

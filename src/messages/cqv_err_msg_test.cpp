@@ -65,7 +65,8 @@ TEST(CQvErrMsgTest, IsEqualComparesModulNumberKindAndFieldValuesOnly) {
                   ->isEqual(*Msg(3, 4, QvErrKindWarning, "b", {})));
 }
 
-TEST(CQvErrMsgTest, InitAppendsUnnamedCopiesAndClearEmptiesFieldsOnly) {
+TEST(CQvErrMsgTest,
+     InitAppendsUnnamedCopiesClearEmptiesFieldsAddFieldRejectsTwice) {
   const auto source = Msg(9, 77, QvErrKindFatal, "Quelle",
                           {{"a", 1}, {"b", "zwei"}, {"c", 3.5}});
   const auto target =
@@ -92,9 +93,6 @@ TEST(CQvErrMsgTest, InitAppendsUnnamedCopiesAndClearEmptiesFieldsOnly) {
   EXPECT_EQ(fields->Count(), 0);
   EXPECT_EQ(target->m_lNum, 77);
   EXPECT_EQ(target->m_sMsg, "Quelle");
-}
-
-TEST(CQvErrMsgTest, AddFieldRejectsANameTwiceWithoutAddingIt) {
   const auto msg = Msg(0, 0, QvErrKindWarning, "", {{"Raum", "R1"}});
   EXPECT_TRUE(RaisesError([&] { msg->addField("RAUM", "R2"); }, 457,
                           "This key is already associated with an element "

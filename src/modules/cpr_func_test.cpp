@@ -22,7 +22,7 @@ class CPRFuncTest : public ::testing::Test {
   CPRFunc_t_ pr_;
 };
 
-TEST_F(CPRFuncTest, ModuleFileNamesOnBothSeparators) {
+TEST_F(CPRFuncTest, ModuleAndNameFromFileNames) {
   for (const std::string path :
        {"C:\\P\\Haus_A_VM.qv3", "/home/p/Haus_A_VM.qv3", "Haus_A_VM.qv3"}) {
     SCOPED_TRACE(path);
@@ -33,16 +33,10 @@ TEST_F(CPRFuncTest, ModuleFileNamesOnBothSeparators) {
   EXPECT_TRUE(Raises1000([&] { pr_.FileNameToModul("/home/a_b/Haus.qv3"); },
                          "Kein Modul in Filename /home/a_b/Haus.qv3 gefunden"));
   EXPECT_EQ(pr_.FileNameToModulName("C:\\a_b\\c_d\\Haus_LP.qv3"), "Haus");
-}
-
-TEST_F(CPRFuncTest, ModuleFileNamesWithUmlauts) {
   EXPECT_EQ(pr_.FileNameToModul("Müller_Haus_VM.qv3"), "VM");
   EXPECT_EQ(pr_.FileNameToModulName("Müller_Haus_VM.qv3"), "Müller_Haus");
   EXPECT_EQ(pr_.FileNameToModulName("/p/Größe_Wärme.qv3"), "Größe");
   EXPECT_EQ(pr_.FileNameToModul("/p/Größe_Wärme.qv3"), "Wärme");
-}
-
-TEST_F(CPRFuncTest, EmptyPartsAndMissingUnderscore) {
   EXPECT_EQ(pr_.FileNameToModul("Haus_.qv3"), "");
   EXPECT_EQ(pr_.FileNameToModulName("Haus_.qv3"), "Haus");
   EXPECT_EQ(pr_.FileNameToModulName("_VM.qv3"), "");
@@ -66,7 +60,7 @@ TEST_F(CPRFuncTest, ModuleToFileName) {
   EXPECT_EQ(pr_.FileNameToModulName(name), "Müller_Haus");
 }
 
-TEST_F(CPRFuncTest, ProjectFolders) {
+TEST_F(CPRFuncTest, ProjectFoldersAndQvFiles) {
   EXPECT_EQ(pr_.PathToProjName("C:\\P\\Haus.qv3"), "Haus");
   EXPECT_EQ(pr_.PathToProjName("/home/p/Haus.A.qv3/"), "Haus.A");
   EXPECT_EQ(pr_.ProjNameToPath("C:\\P", "Haus"), "C:\\P\\Haus.qv3");
@@ -80,9 +74,6 @@ TEST_F(CPRFuncTest, ProjectFolders) {
   EXPECT_FALSE(pr_.IsPathProjectFolder("/home/X.Qv3/Y.qv3"));
   EXPECT_FALSE(pr_.IsPathProjectFolder("/home/p/Y.qv3x"));
   EXPECT_TRUE(pr_.IsPathProjectFolder("Y.qv3"));
-}
-
-TEST_F(CPRFuncTest, QvFiles) {
   EXPECT_TRUE(pr_.IsQvFile("a.QV3"));
   EXPECT_TRUE(pr_.IsQvFile("C:\\P\\Haus_A_VM.qv3"));
   EXPECT_FALSE(pr_.IsQvFile("a.qv3.bak"));

@@ -41,7 +41,8 @@ struct Row {
   Row() { param->init(3, 7, false); }
 };
 
-TEST(CARBefDetSecParamTest, InitClearsTheRequestsOfTheLastRow) {
+TEST(CARBefDetSecParamTest,
+     InitClearsTheRequestsAndLastRowStateIsReadOnlyByName) {
   Param param;
   param.init(1, 1, false);
   param.SetBold(true);
@@ -58,19 +59,17 @@ TEST(CARBefDetSecParamTest, InitClearsTheRequestsOfTheLastRow) {
   EXPECT_FALSE(param.AddRow());
   param.init(6, 10, false);
   EXPECT_FALSE(param.WasLastRowEmpty());
-}
-
-TEST(CARBefDetSecParamTest, LastRowStateIsReadOnlyByName) {
-  ObjectPtr param = CreateObject("qvglobal10.CARBefDetSecParam_t_");
-  param->Call("INIT", {int32_t{4}, int16_t{8}, true});
-  EXPECT_EQ(param->Get("wasLastRowEmpty"), Variant(true));
+  ObjectPtr by_name = CreateObject("qvglobal10.CARBefDetSecParam_t_");
+  by_name->Call("INIT", {int32_t{4}, int16_t{8}, true});
+  EXPECT_EQ(by_name->Get("wasLastRowEmpty"), Variant(true));
   EXPECT_TRUE(
-      testing::RaisesError([&] { param->Let("WasLastRowEmpty", false); }, 438,
+      testing::RaisesError([&] { by_name->Let("WasLastRowEmpty", false); }, 438,
                            "Object doesn't support this property or "
                            "method"));
 }
 
-TEST(CQvAREventsTest, WithoutListenerNothingChanges) {
+TEST(CQvAREventsTest,
+     WithoutListenerNothingChangesATypedOneChangesFlagsAndValues) {
   CQvAREvents events;
   Row row;
   const SafeArray before = row.values;
@@ -80,11 +79,6 @@ TEST(CQvAREventsTest, WithoutListenerNothingChanges) {
   EXPECT_FALSE(row.param->Bold() || row.param->EmptyRow() ||
                row.param->IgnoreQvDsRow() || row.param->AddRow() ||
                row.param->WasLastRowEmpty());
-}
-
-TEST(CQvAREventsTest, TypedListenerChangesFlagsAndValues) {
-  CQvAREvents events;
-  Row row;
   events.events()->Advise(
       EventHandler<void(std::shared_ptr<Param>, SafeArray&)>(
           "BefPrRowDetSec",

@@ -62,7 +62,7 @@ TEST_F(CQvModulDefsTest, TableOrderAndEnumerationValues) {
   EXPECT_EQ(defs_.BuildDBName("", QvModulPn), "_PN.qv3");
 }
 
-TEST_F(CQvModulDefsTest, FlagsAndDescriptions) {
+TEST_F(CQvModulDefsTest, FlagsDescriptionsCatalogsAndProjectModules) {
   EXPECT_TRUE(defs_.IsMultiProjectModul("lp"));
   EXPECT_FALSE(defs_.IsMultiProjectModul("VM"));
   EXPECT_FALSE(defs_.IsModulWithBearbeitungsstand("DX"));
@@ -80,9 +80,6 @@ TEST_F(CQvModulDefsTest, FlagsAndDescriptions) {
   EXPECT_TRUE(defs_.GetND("NO"));
   EXPECT_TRUE(defs_.ShowPicInDX("OD"));
   EXPECT_FALSE(defs_.ShowPicInDX("TQ"));
-}
-
-TEST_F(CQvModulDefsTest, Catalogs) {
   const Variant ce = defs_.GetCatalogs("CE");
   ASSERT_TRUE(ce.IsArray());
   EXPECT_EQ(ce.ToArray().LBound(), 0);
@@ -94,9 +91,6 @@ TEST_F(CQvModulDefsTest, Catalogs) {
             (std::vector<std::string>{"LP"}));
   // Catalogue names are not module codes.
   EXPECT_FALSE(defs_.IsProjectModul("TRY"));
-}
-
-TEST_F(CQvModulDefsTest, ProjectModules) {
   EXPECT_TRUE(defs_.IsProjectModul("vm"));
   EXPECT_FALSE(defs_.IsProjectModul("XY"));
   EXPECT_FALSE(defs_.IsProjectModul(" VM"));  // no trimming

@@ -99,7 +99,7 @@ class FileSystemDiskTest : public ::testing::Test {
   std::string dir_;
 };
 
-TEST_F(FileSystemDiskTest, CreateFolderAndTestExistence) {
+TEST_F(FileSystemDiskTest, CreateFolderDeleteFileAndTestExistence) {
   const std::string folder = Path("Haus.qv3");
   EXPECT_FALSE(fs_.FolderExists(folder));
   fs_.CreateFolder(folder);
@@ -119,9 +119,6 @@ TEST_F(FileSystemDiskTest, CreateFolderAndTestExistence) {
               [&] { fs_.CreateFolder(Path("Haus.qv3/a_VM.qv3")); });
   ExpectError(76, "Path not found",
               [&] { fs_.CreateFolder(Path("missing/sub")); });
-}
-
-TEST_F(FileSystemDiskTest, DeleteFile) {
   Write("a.qv3", "x");
   fs_.DeleteFile(Path("a.qv3"));
   EXPECT_FALSE(fs_.FileExists(Path("a.qv3")));
@@ -134,7 +131,8 @@ TEST_F(FileSystemDiskTest, DeleteFile) {
   EXPECT_TRUE(fs_.FolderExists(Path("sub")));
 }
 
-TEST_F(FileSystemDiskTest, MoveFileRenamesAndNeverOverwrites) {
+TEST_F(FileSystemDiskTest,
+       MoveFileRenamesOrMovesIntoAFolderAndNeverOverwrites) {
   Write("a.qv3", "first");
   Write("b.qv3", "second");
   fs_.MoveFile(Path("a.qv3"), Path("c.qv3"));
@@ -151,9 +149,6 @@ TEST_F(FileSystemDiskTest, MoveFileRenamesAndNeverOverwrites) {
   ExpectError(76, "Path not found",
               [&] { fs_.MoveFile(Path("c.qv3"), Path("missing/c.qv3")); });
   EXPECT_EQ(Read("c.qv3"), "first");
-}
-
-TEST_F(FileSystemDiskTest, MoveFileIntoAFolder) {
   Write("a.qv3", "first");
   fs_.CreateFolder(Path("sub"));
   fs_.MoveFile(Path("a.qv3"), Path("sub\\"));

@@ -51,7 +51,8 @@ struct ReadRow {
   std::string expected;  // with the default "dflt"
 };
 
-TEST_F(ProfileTest, ReadsAsTheWindowsProfileFunctions) {
+TEST_F(ProfileTest,
+       ReadsAsTheWindowsProfileFunctionsWithDefaultsAndBufferSizes) {
   const std::string long_value(2000, 'x');
   const std::vector<ReadRow> rows = {
       // letter case, blanks, quotes, comments
@@ -95,9 +96,7 @@ TEST_F(ProfileTest, ReadsAsTheWindowsProfileFunctions) {
               row.expected)
         << "file \"" << row.bytes << "\" [" << row.section << "] " << row.key;
   }
-}
-
-TEST_F(ProfileTest, DefaultsAndBufferSizes) {
+  fs::remove(file_);  // defaults of a missing file
   EXPECT_EQ(Profile::GetString(file_, "S", "k", "dflt \t  "), "dflt");
   EXPECT_EQ(Profile::GetString(file_, "S", "k", "  lead"), "  lead");
   Put("[S]\nk=äöüß\n");
@@ -185,13 +184,10 @@ TEST_F(ProfileTest, WritesOnlyTheLinesTheyConcern) {
   }
 }
 
-TEST_F(ProfileTest, DeletingFromAMissingFileCreatesNothing) {
+TEST_F(ProfileTest, RefusedWritesAndDeletesFromAMissingFileChangeNothing) {
   EXPECT_TRUE(Profile::WriteString(file_, "S", "k", std::nullopt));
   EXPECT_TRUE(Profile::WriteString(file_, "S", std::nullopt, std::nullopt));
   EXPECT_TRUE(FolderEntries().empty());
-}
-
-TEST_F(ProfileTest, RefusedWritesLeaveEverythingAsItWas) {
   const std::string missing_folder = dir_.File("nope") + "/x.ini";
   EXPECT_FALSE(Profile::WriteString(missing_folder, "S", "k", "v"));
   EXPECT_FALSE(fs::exists(dir_.File("nope")));
@@ -256,13 +252,6 @@ TEST_F(ProfileTest, FirstWriteRemovesOldTemporaryFilesOfKilledWriters) {
   EXPECT_EQ(Bytes(), "[S]\nk=w\n");
 }
 
-TEST_F(ProfileTest, BackslashPathsNameTheSameFile) {
-  ASSERT_TRUE(Write("S", "k", "v"));
-  std::string windows_style = file_;
-  std::replace(windows_style.begin(), windows_style.end(), '/', '\\');
-  EXPECT_EQ(Profile::GetString(windows_style, "S", "k", ""), "v");
-}
-
 TEST_F(ProfileTest, KeepsTheEncodingWhereItCanHoldTheText) {
   // Windows-1252 stays Windows-1252 while the new text fits.
   Put("[S]\r\nk=\xE4\r\n");
@@ -282,7 +271,13 @@ TEST_F(ProfileTest, KeepsTheEncodingWhereItCanHoldTheText) {
   EXPECT_EQ(Bytes(), "[S]\n\x81\x8D\x8F\x90\x9D=\xFF\nn=1\n");
 }
 
-TEST_F(ProfileTest, SeesEveryChangeOnTheNextRead) {
+TEST_F(ProfileTest,
+       SeesEveryChangeOnTheNextReadUnderAnySpellingAndListsSections) {
+  // Backslash paths name the same file.
+  ASSERT_TRUE(Write("S", "k", "v"));
+  std::string windows_style = file_;
+  std::replace(windows_style.begin(), windows_style.end(), '/', '\\');
+  EXPECT_EQ(Profile::GetString(windows_style, "S", "k", ""), "v");
   Put("[S]\nk=1\n");
   EXPECT_EQ(Profile::GetString(file_, "S", "k", ""), "1");
   // Written in place, same size, within the same timestamp tick.
@@ -292,9 +287,6 @@ TEST_F(ProfileTest, SeesEveryChangeOnTheNextRead) {
   EXPECT_EQ(Profile::GetInt(file_, "S", "k", 0), 3);
   fs::remove(file_);
   EXPECT_EQ(Profile::GetString(file_, "S", "k", "gone"), "gone");
-}
-
-TEST_F(ProfileTest, ReadSectionsListsWhatReads) {
   EXPECT_FALSE(Profile::ReadSections(file_).has_value());
   Put("x=0\n[A]\na=1\nA=2\nb = \"q\"\n[B]\n[a]\nc=3\n");
   const auto sections = Profile::ReadSections(file_);
