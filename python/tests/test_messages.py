@@ -1,5 +1,6 @@
-"""Messages from Python: message records, the conversion of stored message
-texts, and an error list shown in a grid written in Python."""
+"""Messages from Python: an error list shown in a grid written in Python,
+its events and help requests, and message texts converted in the language
+set on the global object. The conversion itself is tested in C++."""
 
 import os
 import tempfile
@@ -64,42 +65,6 @@ class Listener:
 
     def QvErrHighlight(self, errMsg):
         self.events.append(("highlight", errMsg.m_lNum))
-
-
-class ConvertMsgTest(unittest.TestCase):
-    def setUp(self):
-        self.functions = create("CQVGlobalFunctions")
-
-    def test_line_breaks_placeholders_and_quantities(self):
-        self.assertEqual(
-            self.functions.ConvertMsg("Raum @@1,r@@:@@n@@@@2,n@@ Fenster",
-                                      ["R12", 3]),
-            "Raum R12:\r\n3 Fenster")
-        text = "Vorlauf@@n@@@@1,t@@ zu kalt@@1,001/Temperatur@@"
-        self.assertEqual(self.functions.ConvertMsg(text, [288.15]),
-                         "Vorlauf\r\n15,0 °C zu kalt")
-        props = qvglobal.CreateObject("QvCentral10.QvProperties")
-        props.Property = "023/Massenstrom"
-        self.assertEqual(self.functions.GetPrintUnitText(0, props), "kg/h")
-
-    @unittest.skipUnless(hasattr(qvglobal, "SetMessageBoxHandler"),
-                         "message box handler not in the bridge")
-    def test_faulty_text_shows_a_box(self):
-        boxes = []
-
-        def handler(text, title, style):
-            boxes.append((text, title, style))
-            return 1
-
-        qvglobal.SetMessageBoxHandler(handler)
-        try:
-            result = self.functions.ConvertMsg("a@@b", [])
-        finally:
-            qvglobal.SetMessageBoxHandler(None)
-        self.assertEqual(result, "a")
-        self.assertEqual(boxes[0], (
-            "mQVMessages->ConvertMsg: Anzahl der Platzhalter @@ ist nicht "
-            "durch 2 teilbar!\r\nNachricht: ''a@@b''", "qv-software", 16))
 
 
 class ErrListTest(unittest.TestCase):
