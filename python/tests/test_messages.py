@@ -1,6 +1,6 @@
-"""Messages from Python: an error list shown in a grid written in Python,
-its events and its help requests. Message texts and their conversion are
-tested in C++."""
+"""Messages from Python: message text conversion with a Python list of
+values, and an error list shown in a grid written in Python, its events and
+its help requests. The conversion's cases are tested in C++."""
 
 import os
 import tempfile
@@ -87,6 +87,21 @@ class ErrListTest(unittest.TestCase):
         self.assertIsNone(grid.sink)
         errors.clear()
         self.assertTrue(errors.isEmpty)
+
+
+class ConvertMsgTest(unittest.TestCase):
+    def test_line_breaks_placeholders_and_quantities(self):
+        functions = create("CQVGlobalFunctions")
+        self.assertEqual(
+            functions.ConvertMsg("Raum @@1,r@@:@@n@@@@2,n@@ Fenster",
+                                 ["R12", 3]),
+            "Raum R12:\r\n3 Fenster")
+        text = "Vorlauf@@n@@@@1,t@@ zu kalt@@1,001/Temperatur@@"
+        self.assertEqual(functions.ConvertMsg(text, [288.15]),
+                         "Vorlauf\r\n15,0 °C zu kalt")
+        props = qvglobal.CreateObject("QvCentral10.QvProperties")
+        props.Property = "023/Massenstrom"
+        self.assertEqual(functions.GetPrintUnitText(0, props), "kg/h")
 
 
 class MainWindow:

@@ -1,7 +1,8 @@
-"""Numbering a project's rooms in walking order from Python, through
-CQVGlobalFunctions.SortOrderNumRooms, on a module file made through the
-library's own table creation (linked levels opened by getTable). The walk
-itself, the iterator and the interval are tested in C++."""
+"""The room classes from Python, on a module file made through the library's
+own table creation (linked levels opened by getTable): the iterator's keys
+as an array and compared with a Python list, the interval's walk, and the
+numbering of rooms in walking order. The walks' edge cases and errors are
+tested in C++."""
 
 import contextlib
 import os
@@ -58,6 +59,39 @@ class RoomsTest(unittest.TestCase):
     def tearDown(self):
         self.container.closeQvConnection(self.con)
         self.folder.cleanup()
+
+    def iterator(self):
+        it = create("CRoomIterator_t_")
+        it.init(*self.tables)
+        return it
+
+    def test_walks_both_ways_and_compares_keys(self):
+        it = self.iterator()
+        seen, ok = [], it.FirstRoom()
+        while ok:
+            seen.append((it.Gebaeude, it.Stock, it.Wohnung, it.Raum))
+            ok = it.NextRoom()
+        self.assertEqual(seen, WALK)
+        # Already on the last room: LastRoom answers that it did not move.
+        self.assertIs(it.LastRoom(), False)
+        self.assertIs(it.PreviousRoom(True), True)
+        keys = it.GetCurRoomKeys()
+        self.assertEqual((keys.lbound, list(keys)), (0, list(WALK[2])))
+        self.assertIs(it.EqualRoom(["g1", "s3", "w1", "r1"]), True)
+        self.assertIs(it.EqualRoom(["G1", "S3", "W1", "R2"]), False)
+
+    def test_interval(self):
+        interval = create("CRoomIntervall_t_")
+        interval.init(*self.tables)
+        self.assertIs(interval.startIntervall("G1", "S1", "W1", "R1"), True)
+        self.assertIs(interval.endIntervall("G2", "S1", "W1", "R1"), True)
+        self.assertIs(interval.testStartEndIntervall(), True)
+        rooms, seen = self.tables[3], []
+        ok = interval.firstRec(rooms)
+        while ok:
+            seen.append(tuple(rooms.getValue(n) for n in LEVELS))
+            ok = interval.nextRec(rooms)
+        self.assertEqual(seen, WALK[1:])
 
     def test_numbering_in_walking_order(self):
         rooms = create("QvDs")
