@@ -1,5 +1,6 @@
-"""Messages from Python: message records, the conversion of stored message
-texts, and an error list shown in a grid written in Python."""
+"""Messages from Python: message text conversion with a Python list of
+values, and an error list shown in a grid written in Python, its events and
+its help requests. The conversion's cases are tested in C++."""
 
 import os
 import tempfile
@@ -66,42 +67,6 @@ class Listener:
         self.events.append(("highlight", errMsg.m_lNum))
 
 
-class ConvertMsgTest(unittest.TestCase):
-    def setUp(self):
-        self.functions = create("CQVGlobalFunctions")
-
-    def test_line_breaks_placeholders_and_quantities(self):
-        self.assertEqual(
-            self.functions.ConvertMsg("Raum @@1,r@@:@@n@@@@2,n@@ Fenster",
-                                      ["R12", 3]),
-            "Raum R12:\r\n3 Fenster")
-        text = "Vorlauf@@n@@@@1,t@@ zu kalt@@1,001/Temperatur@@"
-        self.assertEqual(self.functions.ConvertMsg(text, [288.15]),
-                         "Vorlauf\r\n15,0 °C zu kalt")
-        props = qvglobal.CreateObject("QvCentral10.QvProperties")
-        props.Property = "023/Massenstrom"
-        self.assertEqual(self.functions.GetPrintUnitText(0, props), "kg/h")
-
-    @unittest.skipUnless(hasattr(qvglobal, "SetMessageBoxHandler"),
-                         "message box handler not in the bridge")
-    def test_faulty_text_shows_a_box(self):
-        boxes = []
-
-        def handler(text, title, style):
-            boxes.append((text, title, style))
-            return 1
-
-        qvglobal.SetMessageBoxHandler(handler)
-        try:
-            result = self.functions.ConvertMsg("a@@b", [])
-        finally:
-            qvglobal.SetMessageBoxHandler(None)
-        self.assertEqual(result, "a")
-        self.assertEqual(boxes[0], (
-            "mQVMessages->ConvertMsg: Anzahl der Platzhalter @@ ist nicht "
-            "durch 2 teilbar!\r\nNachricht: ''a@@b''", "qv-software", 16))
-
-
 class ErrListTest(unittest.TestCase):
     def test_rows_duplicates_and_events(self):
         errors = create("CQvErrList")
@@ -124,6 +89,21 @@ class ErrListTest(unittest.TestCase):
         self.assertTrue(errors.isEmpty)
 
 
+class ConvertMsgTest(unittest.TestCase):
+    def test_line_breaks_placeholders_and_quantities(self):
+        functions = create("CQVGlobalFunctions")
+        self.assertEqual(
+            functions.ConvertMsg("Raum @@1,r@@:@@n@@@@2,n@@ Fenster",
+                                 ["R12", 3]),
+            "Raum R12:\r\n3 Fenster")
+        text = "Vorlauf@@n@@@@1,t@@ zu kalt@@1,001/Temperatur@@"
+        self.assertEqual(functions.ConvertMsg(text, [288.15]),
+                         "Vorlauf\r\n15,0 °C zu kalt")
+        props = qvglobal.CreateObject("QvCentral10.QvProperties")
+        props.Property = "023/Massenstrom"
+        self.assertEqual(functions.GetPrintUnitText(0, props), "kg/h")
+
+
 class MainWindow:
     """The host's main window as the global object asks it."""
 
@@ -136,7 +116,7 @@ class MainWindow:
                      and hasattr(qvglobal, "SetHelpHandler"),
                      "global object or help handler not available")
 class ApplicationTest(unittest.TestCase):
-    """Language, help file and window come from the global object."""
+    """Help file and window come from the global object."""
 
     def setUp(self):
         self.dir = tempfile.TemporaryDirectory()
@@ -152,11 +132,10 @@ class ApplicationTest(unittest.TestCase):
 
     def tearDown(self):
         qvglobal.SetHelpHandler(None)
-        self.globals.QvLanguage = 1
         self.globals = None
         self.dir.cleanup()
 
-    def test_help_for_a_message_and_english_quantities(self):
+    def test_help_for_a_message_and_by_default(self):
         errors = create("CQvErrList")
         errors.addError(message(12, 1, "zwölf"))
         grid = Grid()
@@ -167,10 +146,6 @@ class ApplicationTest(unittest.TestCase):
         self.assertEqual(self.requests, [(self.help_file, 60012, 4711)])
         create("CQVGlobalFunctions").CallHelpFile(7)  # file and window default
         self.assertEqual(self.requests[1], (self.help_file, 7, 4711))
-
-        self.globals.QvLanguage = 2
-        self.assertEqual(create("CQVGlobalFunctions").ConvertMsg(
-            "@@1,p@@@@1,027/Druck@@", [1500]), "1.50 kPa")
 
 
 if __name__ == "__main__":

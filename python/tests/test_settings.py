@@ -94,6 +94,8 @@ class SettingsTest(unittest.TestCase):
     def setUp(self):
         self.folder = tempfile.TemporaryDirectory()
         self.file = os.path.join(self.folder.name, "py.ini")
+        self.manager = qvglobal.CreateObject("qvglobal10.CControlIniManager")
+        self.manager.IniFile = self.file
 
     def tearDown(self):
         self.folder.cleanup()
@@ -117,36 +119,32 @@ class SettingsTest(unittest.TestCase):
         self.assertEqual(self.read(), b"[Pfade]\r\nKatalog=/srv/qv\r\nLokal=-1\r\n")
 
     def test_form_saved_restored_and_centred(self):
-        manager = qvglobal.CreateObject("qvglobal10.CControlIniManager")
-        manager.IniFile = self.file
         form = Form()
-        self.assertTrue(manager.LoadForm(form))
+        self.assertTrue(self.manager.LoadForm(form))
         self.assertEqual((form.left, form.top), ((1920 - 300) // 2, (1080 - 200) // 2))
         form.Move(5, 6, 700, 500)
         section = qvglobal.ByRef("")
-        self.assertTrue(manager.SaveForm(form, section))
+        self.assertTrue(self.manager.SaveForm(form, section))
         self.assertEqual(section.value, "frmPy")
         reopened = Form()
-        self.assertTrue(manager.LoadForm(reopened))
+        self.assertTrue(self.manager.LoadForm(reopened))
         self.assertEqual((reopened.left, reopened.top, reopened.Width, reopened.Height),
                          (5, 6, 700, 500))
 
     def test_tree_view_saved_and_restored(self):
-        manager = qvglobal.CreateObject("qvglobal10.CControlIniManager")
-        manager.IniFile = self.file
         tree = TreeView()
         for i in (1, 3):
             tree.nodes[i - 1].Expanded = True
         tree.SelectedItem = tree.nodes[3]
-        self.assertTrue(manager.SaveTreeView(tree, "Baum"))
+        self.assertTrue(self.manager.SaveTreeView(tree, "Baum"))
         self.assertEqual(self.read().decode("utf-8"),
                          "[Baum]\r\nRootNodes=1,1;5,0\r\n1Node=2,0;3,1\r\n"
                          "3Node=4,0\r\nSelectedItem=Heizung/Pumpe/Motor\r\n")
         fresh = TreeView()
-        self.assertIs(manager.LoadTreeView(fresh, "Baum"), True)
+        self.assertIs(self.manager.LoadTreeView(fresh, "Baum"), True)
         self.assertEqual([n.Index for n in fresh.nodes if n.Expanded], [1, 3])
         self.assertIs(fresh.SelectedItem, fresh.nodes[3])
-        self.assertIs(manager.LoadTreeView(fresh, "Leer"), False)
+        self.assertIs(self.manager.LoadTreeView(fresh, "Leer"), False)
 
 
 if __name__ == "__main__":

@@ -168,11 +168,18 @@ class CControlIniManagerTest : public ::testing::Test {
   std::shared_ptr<CallbackObject> form_;
 };
 
-TEST_F(CControlIniManagerTest, SavesAndRestoresAForm) {
+TEST_F(CControlIniManagerTest, SavesRestoresAndCentresForms) {
   EXPECT_EQ(Call("SaveForm", Variant(ObjectPtr(form_))),
             std::make_pair(Variant(true), std::string("frmRaum")));
   EXPECT_EQ(Bytes(),
             "[frmRaum]\r\nLeft=10\r\nTop=20\r\nWidth=300\r\nHeight=200\r\n");
+
+  // A section never saved centres the form on the screen instead.
+  EXPECT_EQ(Call("LoadForm", Variant(ObjectPtr(form_)), "Anderswo"),
+            std::make_pair(Variant(true), std::string("Anderswo")));
+  EXPECT_EQ(form_->CallCount("Move"), 0u);
+  EXPECT_EQ(form_->PropertyValue("left"), Variant(int32_t{350}));
+  EXPECT_EQ(form_->PropertyValue("top"), Variant(int32_t{300}));
 
   form_->Let("left", 0);
   form_->Let("Height", 50);
@@ -181,14 +188,6 @@ TEST_F(CControlIniManagerTest, SavesAndRestoresAForm) {
   ASSERT_EQ(moves.size(), 1u);
   EXPECT_EQ(moves[0].args, (std::vector<Variant>{int32_t{10}, int32_t{20},
                                                  int32_t{300}, int32_t{200}}));
-}
-
-TEST_F(CControlIniManagerTest, CentresAFormNeverSaved) {
-  EXPECT_EQ(Call("LoadForm", Variant(ObjectPtr(form_)), "Anderswo"),
-            std::make_pair(Variant(true), std::string("Anderswo")));
-  EXPECT_EQ(form_->CallCount("Move"), 0u);
-  EXPECT_EQ(form_->PropertyValue("left"), Variant(int32_t{350}));
-  EXPECT_EQ(form_->PropertyValue("top"), Variant(int32_t{300}));
 }
 
 TEST_F(CControlIniManagerTest, SavesAndRestoresExpandedNodesAndSelection) {

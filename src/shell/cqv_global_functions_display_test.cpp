@@ -35,7 +35,7 @@ class DisplayHelpersTest : public ::testing::Test {
   ObjectPtr Create() { return CreateObject("qvglobal10.CQVGlobalFunctions"); }
 };
 
-TEST_F(DisplayHelpersTest, FixedColoursAndLimits) {
+TEST_F(DisplayHelpersTest, FixedColoursAndLimitsAndTheRetiredIniFile) {
   const ObjectPtr fn = Create();
   const std::vector<std::pair<const char*, int32_t>> rows = {
       {"QvRoomlistSelectedItemBackColor", static_cast<int32_t>(0x8000000D)},
@@ -51,6 +51,10 @@ TEST_F(DisplayHelpersTest, FixedColoursAndLimits) {
   for (const auto& [member, value] : rows) {
     EXPECT_EQ(fn->Get(member), Variant(value)) << member;
   }
+  EXPECT_TRUE(testing::RaisesError(
+      [&] { fn->Call("GetQVIniFile"); }, -2147220504,
+      "CQVGlobalFunctions: Die Methode GetQVIniFile wird nicht mehr untersützt",
+      ""));
 }
 
 TEST_F(DisplayHelpersTest, InactiveBackgroundFollowsTheColourDepthOnce) {
@@ -84,13 +88,6 @@ TEST_F(DisplayHelpersTest, SmallScreenIsNarrowerOrLowerThanTheLimits) {
     EXPECT_EQ(Create()->Call("IsSmallScreen"), Variant(small))
         << width << " x " << height;
   }
-}
-
-TEST_F(DisplayHelpersTest, GetQVIniFileIsRetired) {
-  EXPECT_TRUE(testing::RaisesError(
-      [&] { Create()->Call("GetQVIniFile"); }, -2147220504,
-      "CQVGlobalFunctions: Die Methode GetQVIniFile wird nicht mehr untersützt",
-      ""));
 }
 
 }  // namespace

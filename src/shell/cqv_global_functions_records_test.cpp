@@ -129,7 +129,7 @@ TEST_F(RecordHelpersTest, SetQvRsKeysSparesTheReadOnlyForUnchangedKeys) {
   EXPECT_EQ(rooms_->getPosition(), 0);
 }
 
-TEST_F(RecordHelpersTest, MakeQvRsEmptyLeavesAnEmptyBlock) {
+TEST_F(RecordHelpersTest, MakeQvRsEmptyAndClearVarsQvRs) {
   // Reading the empty block of the first key leaves the fields after it
   // empty.
   struct Row {
@@ -150,9 +150,8 @@ TEST_F(RecordHelpersTest, MakeQvRsEmptyLeavesAnEmptyBlock) {
     EXPECT_EQ(Fields(*rooms_), row.fields)
         << row.clear_vars << " " << row.save_keys;
   }
-}
-
-TEST_F(RecordHelpersTest, ClearVarsQvRsKeepsKeysWhenAsked) {
+  // ClearVarsQvRs keeps the keys when asked to.
+  SetKeys(rooms_, {"G1"}, true);
   fn_->ClearVarsQvRs(rooms_, true);
   EXPECT_EQ(Fields(*rooms_),
             (std::vector<Variant>{"G1", "R1", Variant(), Variant()}));
@@ -162,7 +161,7 @@ TEST_F(RecordHelpersTest, ClearVarsQvRsKeepsKeysWhenAsked) {
                           "Object variable or With block variable not set"));
 }
 
-TEST_F(RecordHelpersTest, CopyQvRsValuesCopiesTheCurrentRecordOrAppendsAll) {
+TEST_F(RecordHelpersTest, CopyQvRsValuesCopiesTheRecordOrAllOfEqualLayout) {
   auto copy = db_.OpenRecordset("Kopie");
   rooms_->moveNext();
   fn_->CopyQvRsValues(copy, rooms_, false);
@@ -186,9 +185,7 @@ TEST_F(RecordHelpersTest, CopyQvRsValuesCopiesTheCurrentRecordOrAppendsAll) {
   fn_->CopyQvRsValues(copy, rooms_, true);
   EXPECT_EQ(Fields(*copy), std::vector<Variant>(4));
   EXPECT_EQ(db_.OpenRecordset("Kopie")->getRecordCount(), 2);
-}
 
-TEST_F(RecordHelpersTest, CopyQvRsValuesNeedsEqualFieldCounts) {
   EXPECT_TRUE(RaisesError(
       [&] { fn_->CopyQvRsValues(db_.OpenRecordset("Gebaeude"), rooms_, true); },
       kError1000,
