@@ -21,8 +21,8 @@ std::map<std::string, ClassRegistration>& Registry() {
 bool RegisterClass(std::string progid, std::function<ObjectPtr()> create,
                    const ClassInfo& info) {
   std::string key = text::LCase(progid);
-  Registry()[key] = ClassRegistration{std::move(progid), std::move(create),
-                                      &info};
+  Registry()[key] =
+      ClassRegistration{std::move(progid), std::move(create), &info};
   return true;
 }
 

@@ -12,8 +12,9 @@ namespace qv {
 void Collection::Add(Variant item, std::optional<std::string> key) {
   if (key) {
     std::string folded = text::LCase(*key);
-    const bool taken = std::any_of(items_.begin(), items_.end(),
-                                   [&](const Entry& e) { return e.key == folded; });
+    const bool taken =
+        std::any_of(items_.begin(), items_.end(),
+                    [&](const Entry& e) { return e.key == folded; });
     if (taken) throw Error::Runtime(err::kKeyAlreadyAssociated);
     key = std::move(folded);
   }
@@ -52,15 +53,16 @@ ClassInfo Collection::BuildClassInfo() {
               },
               {Variant()})
       .Get("Count", &Collection::Count)
-      .Method("Item", [](Collection& c, Variant index) { return c.Item(index); })
+      .Method("Item",
+              [](Collection& c, Variant index) { return c.Item(index); })
       .Method("Remove", &Collection::Remove)
       .Build();
 }
 
 namespace {
-[[maybe_unused]] const bool kRegistered =
-    RegisterClass("VBA.Collection", [] { return ObjectPtr(std::make_shared<Collection>()); },
-                  Collection::StaticClassInfo());
+[[maybe_unused]] const bool kRegistered = RegisterClass(
+    "VBA.Collection", [] { return ObjectPtr(std::make_shared<Collection>()); },
+    Collection::StaticClassInfo());
 }  // namespace
 
 }  // namespace qv

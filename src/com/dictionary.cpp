@@ -118,9 +118,8 @@ ClassInfo Dictionary::BuildClassInfo() {
     d.SetItem(key, std::move(item));
   };
   return ClassBuilder<D>("Dictionary")
-      .Method("Add", [](D& d, Variant key, Variant item) {
-        d.Add(key, std::move(item));
-      })
+      .Method("Add", [](D& d, Variant key,
+                        Variant item) { d.Add(key, std::move(item)); })
       .Get("Count", &D::Count)
       .Method("Exists", [](D& d, Variant key) { return d.Exists(key); })
       .Method("Items", &D::Items)
@@ -130,16 +129,19 @@ ClassInfo Dictionary::BuildClassInfo() {
       .Method("Keys", &D::Keys)
       .Method("Remove", [](D& d, Variant key) { d.Remove(key); })
       .Method("RemoveAll", &D::RemoveAll)
-      .Get("CompareMode", [](D& d) { return static_cast<int32_t>(d.CompareMode()); })
-      .Let("CompareMode", [](D& d, int32_t mode) {
-        d.SetCompareMode(static_cast<text::CompareMode>(mode));
-      })
+      .Get("CompareMode",
+           [](D& d) { return static_cast<int32_t>(d.CompareMode()); })
+      .Let("CompareMode",
+           [](D& d, int32_t mode) {
+             d.SetCompareMode(static_cast<text::CompareMode>(mode));
+           })
       .Build();
 }
 
 namespace {
 [[maybe_unused]] const bool kRegistered = RegisterClass(
-    "Scripting.Dictionary", [] { return ObjectPtr(std::make_shared<Dictionary>()); },
+    "Scripting.Dictionary",
+    [] { return ObjectPtr(std::make_shared<Dictionary>()); },
     Dictionary::StaticClassInfo());
 }  // namespace
 

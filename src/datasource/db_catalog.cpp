@@ -252,12 +252,14 @@ void DbCatalog::CreateTable(std::string_view table,
 void DbCatalog::CreateOrderIndex(std::string_view table,
                                  const std::vector<std::string>& keys) {
   Run("DbCatalog.CreateOrderIndex", [&] {
-    if (keys.empty()) throw CatalogError("table '" + std::string(table) +
-                                         "' has no key for an order index");
+    if (keys.empty())
+      throw CatalogError("table '" + std::string(table) +
+                         "' has no key for an order index");
     std::string columns;
     for (size_t i = 0; i + 1 < keys.size(); ++i)
       columns += QuoteIdentifier(keys[i]) + ", ";
-    columns += QuoteIdentifier("OrderNum") + ", " + QuoteIdentifier(keys.back());
+    columns +=
+        QuoteIdentifier("OrderNum") + ", " + QuoteIdentifier(keys.back());
     con_.Execute("CREATE INDEX IF NOT EXISTS " +
                  QuoteIdentifier(std::string(table) + "_order") + " ON " +
                  QuoteIdentifier(table) + " (" + columns + ")");

@@ -15,12 +15,10 @@ QV_REGISTER_CLASS(CRoomIterator_t_);
 
 namespace {
 
-
 const char* const kKeyColumns[] = {"Gebaeude", "Stock", "Wohnung", "Raum"};
-const char* const kNotFound[] = {"Gebäude ", "Stockwerk ", "Wohnung ",
-                                 "Raum "};
-const char* const kKeyLabels[] = {"Gebäude: ", "Stock: ", "Wohnung: ",
-                                  "Raum: "};
+const char* const kNotFound[] = {"Gebäude ", "Stockwerk ", "Wohnung ", "Raum "};
+const char* const kKeyLabels[] = {
+    "Gebäude: ", "Stock: ", "Wohnung: ", "Raum: "};
 constexpr char kOrderNum[] = "OrderNum";
 
 // The columns of the view of level 0, 1 or 2: the keys down to the level
@@ -57,8 +55,7 @@ CRoomIterator_t_::~CRoomIterator_t_() {
 
 void CRoomIterator_t_::init(RecordsetPtr QvRsGebaeude, RecordsetPtr QvRsStock,
                             RecordsetPtr QvRsWohnung, RecordsetPtr QvRsRaum) {
-  const RecordsetPtr given[] = {QvRsGebaeude, QvRsStock, QvRsWohnung,
-                                QvRsRaum};
+  const RecordsetPtr given[] = {QvRsGebaeude, QvRsStock, QvRsWohnung, QvRsRaum};
   for (const RecordsetPtr& rs : given) {
     if (!rs) throw Error::Runtime(err::kObjectVariableNotSet);
   }
@@ -71,10 +68,9 @@ void CRoomIterator_t_::init(RecordsetPtr QvRsGebaeude, RecordsetPtr QvRsStock,
       rs_[level - 1]->addChild(rs_[level]);
     key_field_[level] = rs_[level]->getFieldIndex(kKeyColumns[level]);
     if (key_field_[level] < 0) {
-      throw Error::Object1000("CRoomIterator->init: field '" +
-                              std::string(kKeyColumns[level]) +
-                              "' not found in table '" +
-                              rs_[level]->getTableName() + "'");
+      throw Error::Object1000(
+          "CRoomIterator->init: field '" + std::string(kKeyColumns[level]) +
+          "' not found in table '" + rs_[level]->getTableName() + "'");
     }
     node = nodes_[level] = node->pushChild(rs_[level]);
   }
@@ -262,8 +258,9 @@ bool CRoomIterator_t_::Step(bool forward, bool reread) {
     ReadCurRoomKeys(changed_from_);
     return true;
   } catch (const Error& e) {
-    Raise(forward ? "CRoomIterator->NextRoom: " : "CRoomIterator->PreviousRoom: ",
-          e, key_);
+    Raise(
+        forward ? "CRoomIterator->NextRoom: " : "CRoomIterator->PreviousRoom: ",
+        e, key_);
   }
 }
 
@@ -413,8 +410,8 @@ void CRoomIterator_t_::Raise(const char* prefix, const Error& e,
                              const RoomKey& key) {
   std::string lines;
   for (int level = 0; level < 4; ++level)
-    lines += (level > 0 ? "\r\n" : "") + std::string(kKeyLabels[level]) +
-             key[level];
+    lines +=
+        (level > 0 ? "\r\n" : "") + std::string(kKeyLabels[level]) + key[level];
   throw Error(e.number(), e.source(),
               prefix + e.description() + "\r\n" + lines);
 }

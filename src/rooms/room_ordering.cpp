@@ -10,11 +10,11 @@
 
 namespace qv {
 
-int32_t NumberRoomsInWalkingOrder(
-    ds::QvDs& rooms, std::shared_ptr<ds::QvRecordset> QvRsGebaeude,
-    std::shared_ptr<ds::QvRecordset> QvRsStock,
-    std::shared_ptr<ds::QvRecordset> QvRsWohnung,
-    std::shared_ptr<ds::QvRecordset> QvRsRaum) {
+int32_t NumberRoomsInWalkingOrder(ds::QvDs& rooms,
+                                  std::shared_ptr<ds::QvRecordset> QvRsGebaeude,
+                                  std::shared_ptr<ds::QvRecordset> QvRsStock,
+                                  std::shared_ptr<ds::QvRecordset> QvRsWohnung,
+                                  std::shared_ptr<ds::QvRecordset> QvRsRaum) {
   if (!QvRsGebaeude) throw Error::Runtime(err::kObjectVariableNotSet);
   ds::DbConnection::ReadTransaction transaction(
       QvRsGebaeude->getConnection().get());

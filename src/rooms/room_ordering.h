@@ -27,11 +27,11 @@ class QvRecordset;
 namespace qv {
 
 // Returns how many rows it numbered.
-int32_t NumberRoomsInWalkingOrder(
-    ds::QvDs& rooms, std::shared_ptr<ds::QvRecordset> QvRsGebaeude,
-    std::shared_ptr<ds::QvRecordset> QvRsStock,
-    std::shared_ptr<ds::QvRecordset> QvRsWohnung,
-    std::shared_ptr<ds::QvRecordset> QvRsRaum);
+int32_t NumberRoomsInWalkingOrder(ds::QvDs& rooms,
+                                  std::shared_ptr<ds::QvRecordset> QvRsGebaeude,
+                                  std::shared_ptr<ds::QvRecordset> QvRsStock,
+                                  std::shared_ptr<ds::QvRecordset> QvRsWohnung,
+                                  std::shared_ptr<ds::QvRecordset> QvRsRaum);
 
 }  // namespace qv
 

@@ -50,11 +50,11 @@ RoomProject::RoomProject(const std::vector<std::string>& paths) {
   Reopen();  // a fresh table cache, as a module would find it
 }
 
-std::vector<std::shared_ptr<ds::QvRecordset>> RoomProject::Levels(
-    bool linked) {
+std::vector<std::shared_ptr<ds::QvRecordset>> RoomProject::Levels(bool linked) {
   std::vector<std::shared_ptr<ds::QvRecordset>> levels;
   for (int level = 0; level < 4; ++level)
-    levels.push_back(connection().getTable(kLevels[level], linked && level > 0));
+    levels.push_back(
+        connection().getTable(kLevels[level], linked && level > 0));
   return levels;
 }
 

@@ -18,8 +18,8 @@
 #include "datasource/qv_ds.h"
 #include "datasource/qv_recordset.h"
 #include "qv/command_registry.h"
-#include "qv/tool_text.h"
 #include "qv/room_file.h"
+#include "qv/tool_text.h"
 #include "rooms/croom_intervall.h"
 #include "rooms/croom_iterator.h"
 #include "rooms/room_ordering.h"
@@ -85,7 +85,8 @@ void ListAll(const RoomFile& file, RoomPrinter& printer) {
   ds::DbConnection::ReadTransaction read(
       file.connection().m_conConnection.get());
   const std::shared_ptr<CRoomIterator_t_> it = file.Iterator();
-  for (bool ok = it->FirstRoom(); ok; ok = it->NextRoom()) printer.Print(it->key());
+  for (bool ok = it->FirstRoom(); ok; ok = it->NextRoom())
+    printer.Print(it->key());
 }
 
 void ListInterval(const RoomFile& file, const Options& options,
@@ -118,8 +119,8 @@ void Renumber(const RoomFile& file) {
   auto all = std::make_shared<ds::QvRecordset>();
   all->openTable(file.connection().m_conConnection, "raum");
   auto rooms = std::make_shared<ds::QvDs>();
-  rooms->loadFromRecordset(all,
-                           {"Gebaeude", "Stock", "Wohnung", "Raum", "OrderNum"});
+  rooms->loadFromRecordset(
+      all, {"Gebaeude", "Stock", "Wohnung", "Raum", "OrderNum"});
   const int32_t numbered = NumberRoomsInWalkingOrder(
       *rooms, file.level(0), file.level(1), file.level(2), file.level(3));
   std::cout << "numbered " << numbered << " room" << (numbered == 1 ? "" : "s")
@@ -143,8 +144,8 @@ void Run(const Options& options) {
 }
 
 void AddRoomsCommand(CLI::App& app) {
-  CLI::App* sub =
-      app.add_subcommand("rooms", "The rooms of a module file in walking order");
+  CLI::App* sub = app.add_subcommand(
+      "rooms", "The rooms of a module file in walking order");
   auto options = std::make_shared<Options>();
   sub->add_option("FILE", options->file, "Module file")->required();
   sub->add_flag("--flat", options->flat,

@@ -19,9 +19,9 @@ using ::qv::testing::RoomProject;
 using ::qv::testing::RunTool;
 using ::qv::testing::ToolRun;
 
-const std::vector<std::string> kProject = {"G1/S1/W1/R2#10", "G1/S1/W1/R1#20",
-                                           "G1/S2", "G1/S3/W2/R1", "G2",
-                                           "G3/S1/W1/R1"};
+const std::vector<std::string> kProject = {
+    "G1/S1/W1/R2#10", "G1/S1/W1/R1#20", "G1/S2", "G1/S3/W2/R1", "G2",
+    "G3/S1/W1/R1"};
 
 ToolRun Rooms(const RoomProject& project, const std::string& args) {
   return RunTool(QVGLOBAL_QV_TOOL, "rooms '" + project.path() + "' " + args);
