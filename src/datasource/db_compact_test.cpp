@@ -25,10 +25,14 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr int kInserts = 200;
+constexpr int kMinCompactions = 10;
 
 // Runs in the forked child: one connection for the whole run, one record
 // per transaction; writes one byte to `acks` for every acknowledged insert.
-int InsertRooms(const std::string& path, int acks) {
+// Every tenth of the way it reads one byte from `compacted` (one per
+// compaction), so that however slow the machine, at least kMinCompactions
+// compactions fall into its run.
+int InsertRooms(const std::string& path, int acks, int compacted) {
   try {
     auto con = std::make_shared<DbConnection>();
     con->Open(DbConnection::MakeConnectionString(path));
@@ -43,6 +47,11 @@ int InsertRooms(const std::string& path, int acks) {
       rs->setValue("Bezeichnung", Variant(std::string(40, 'x')));
       rs->insertRecord();
       if (::write(acks, "+", 1) != 1) return 3;
+      char byte;
+      if ((i + 1) % (kInserts / kMinCompactions) == 0 &&
+          ::read(compacted, &byte, 1) != 1) {
+        return 4;
+      }
       usleep(1000);
     }
     return 0;
@@ -66,15 +75,19 @@ TEST(CompactBesideOthersTest,
      WriterInAnotherProcessLosesNothingAcrossCompactions) {
   testing::RoomDatabase db({2, 2, 2, 40});
   db.con()->Close();
-  int pipe_fds[2];
+  int pipe_fds[2], compacted_fds[2];
   ASSERT_EQ(::pipe(pipe_fds), 0);
+  ASSERT_EQ(::pipe(compacted_fds), 0);
   const pid_t child = ::fork();
   ASSERT_GE(child, 0);
   if (child == 0) {
     ::close(pipe_fds[0]);
-    ::_exit(InsertRooms(db.path(), pipe_fds[1]));
+    ::close(compacted_fds[1]);
+    ::_exit(InsertRooms(db.path(), pipe_fds[1], compacted_fds[0]));
   }
   ::close(pipe_fds[1]);
+  // compacted_fds[0] stays open here too: a compaction after the writer
+  // has ended then writes into the pipe instead of raising SIGPIPE.
   ::fcntl(pipe_fds[0], F_SETFL, O_NONBLOCK);
   int compactions = 0, status = 0, acked = 0;
   std::string failure;
@@ -82,8 +95,11 @@ TEST(CompactBesideOthersTest,
     try {
       DbCatalog::Compact(db.path());
       ++compactions;
+      if (::write(compacted_fds[1], "c", 1) != 1) failure = "pipe";
     } catch (const Error& e) {
       failure = e.description();
+      ::close(compacted_fds[1]);  // the writer stops at its next pause
+      compacted_fds[1] = -1;
     }
     acked += CountAcks(pipe_fds[0]);
     usleep(20000);  // leaves the writer room to take the lock
@@ -91,11 +107,13 @@ TEST(CompactBesideOthersTest,
   ::fcntl(pipe_fds[0], F_SETFL, 0);
   acked += CountAcks(pipe_fds[0]);
   ::close(pipe_fds[0]);
+  if (compacted_fds[1] >= 0) ::close(compacted_fds[1]);
+  ::close(compacted_fds[0]);
 
   ASSERT_TRUE(WIFEXITED(status));
   EXPECT_EQ(WEXITSTATUS(status), 0);
   EXPECT_EQ(failure, "");
-  EXPECT_GE(compactions, 10);
+  EXPECT_GE(compactions, kMinCompactions);
   EXPECT_EQ(acked, kInserts);
   DbConnection check;
   check.Open(DbConnection::MakeConnectionString(db.path()));
