@@ -64,8 +64,19 @@ Variant::Variant(const Variant& other) : value_(other.value_) {
 }
 
 Variant& Variant::operator=(const Variant& other) {
+  // When this holds no array or object, `other` cannot live inside what the
+  // assignment replaces, and a plain assignment reuses a string's buffer:
+  // record sets copy every field of a row this way on each move.
+  const auto owns_others = [](const Storage& v) {
+    return std::holds_alternative<ArrayBox>(v) ||
+           std::holds_alternative<ObjectPtr>(v);
+  };
+  if (!owns_others(value_) && !std::holds_alternative<ArrayBox>(other.value_)) {
+    value_ = other.value_;
+    return *this;
+  }
   // Copy first: `other` may be an element of the array that this assignment
-  // replaces (v = v.ToArray()[0]).
+  // replaces (v = v.ToArray()[0]), or a member of the object it releases.
   Variant copy(other);
   value_ = std::move(copy.value_);
   return *this;
