@@ -17,6 +17,8 @@
 // walk (each row's order-index entry moves), so floor W adds that write:
 // floor A's walk, then one prepared UPDATE by the four keys per room, in the
 // same transaction, on a fresh copy of the file as SortOrderNumRooms gets.
+// Floor U is the write alone as one UPDATE statement, printed against floor
+// A for reference.
 //
 // The database is built once in /tmp/qvglobal_bench and reused; it carries
 // the order index that the library's table creation adds.
@@ -275,6 +277,27 @@ void BM_FloorW(benchmark::State& state) {
 }
 BENCHMARK(BM_FloorW)->Unit(benchmark::kMillisecond)->Iterations(3);
 
+// Floor U: the least SQLite does to give every room a new number, one UPDATE
+// of every row's "OrderNum" without any walk; set against floor A it shows
+// what the write alone costs.
+void BM_FloorU(benchmark::State& state) {
+  std::string copy;
+  for (auto _ : state) {
+    state.PauseTiming();
+    copy = FreshCopy("room_walk_floor_u.qv3");
+    sqlite3* db = nullptr;
+    sqlite3_open_v2(copy.c_str(), &db, SQLITE_OPEN_READWRITE, nullptr);
+    state.ResumeTiming();
+    Exec(db, "UPDATE \"Raum_t\" SET \"OrderNum\" = \"OrderNum\" + 1");
+    state.PauseTiming();
+    state.counters["rooms"] = sqlite3_changes(db);
+    sqlite3_close(db);
+    state.ResumeTiming();
+  }
+  std::filesystem::remove(copy);
+}
+BENCHMARK(BM_FloorU)->Unit(benchmark::kMillisecond)->Iterations(3);
+
 // ---------------------------------------------------------------------------
 // The library
 // ---------------------------------------------------------------------------
@@ -378,5 +401,6 @@ int main(int argc, char** argv) {
         "SortOrderNumRooms/floor A", 3},
        {"BM_SortOrderNumRooms/iterations:3", "BM_FloorW",
         "SortOrderNumRooms/floor W", 2},
+       {"BM_FloorU/iterations:3", "BM_FloorA", "floor U/floor A", 0},
        {"BM_RecordsetWalk", "BM_FloorB", "record-set walk/floor B", 1.5}});
 }
