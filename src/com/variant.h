@@ -120,6 +120,15 @@ class Variant {
   const std::string* AsString() const {
     return std::get_if<std::string>(&value_);
   }
+  // Makes this the string `text`, reusing the buffer of a string held now
+  // (block reads refill the same slots row after row).
+  void AssignText(std::string_view text) {
+    if (std::string* s = std::get_if<std::string>(&value_)) {
+      s->assign(text);
+    } else {
+      *this = Variant(text);
+    }
+  }
 
   // Exact identity of type and value (arrays element by element, objects
   // by reference). This is not the automation `=`; see Equal below.

@@ -391,5 +391,26 @@ TEST(VariantValueTest, CopyingCopiesTheArrayAndAnElementMayReplaceItsArray) {
   EXPECT_EQ(m, Variant("moved out of the array that held it, long text"));
 }
 
+TEST(VariantValueTest, AssigningOverAStringOrNumberTakesTheNewValueAndType) {
+  const Variant long_text("a text too long for the string's own buffer");
+  const Variant cases[] = {long_text, Variant("short"), Variant(int16_t{7}),
+                           Array({"x"}), Variant(kNull)};
+  for (const Variant& source : cases) {
+    SCOPED_TRACE(source.Describe());
+    for (Variant target : {long_text, Variant(3.5)}) {
+      target = source;
+      EXPECT_EQ(target, source);
+    }
+  }
+  Variant text(1);
+  for (const char* next : {"first text, long enough for the heap", "", "b"}) {
+    text.AssignText(next);
+    EXPECT_EQ(text, Variant(next));
+  }
+  Variant array = Array({"was an array"});
+  array.AssignText("now text");
+  EXPECT_EQ(array, Variant("now text"));
+}
+
 }  // namespace
 }  // namespace qv

@@ -73,6 +73,17 @@ Variant ReadValue(const SQLite::Column& c, ReadAs kind) {
   }
 }
 
+// Reads the column into `slot`; text read as text reuses the slot's string.
+void ReadInto(const SQLite::Column& c, ReadAs kind, Variant& slot) {
+  if (kind == ReadAs::kText && c.getType() == SQLITE_TEXT) {
+    const char* text = static_cast<const char*>(c.getBlob());
+    slot.AssignText(
+        std::string_view(text ? text : "", static_cast<size_t>(c.getBytes())));
+  } else {
+    slot = ReadValue(c, kind);
+  }
+}
+
 }  // namespace
 
 void RecordBlock::Load(SQLite::Statement& statement,
@@ -84,8 +95,8 @@ void RecordBlock::Load(SQLite::Statement& statement,
     while (statement.executeStep()) {
       if (values_.size() < used + width_) values_.resize(used + width_);
       for (size_t i = 0; i < width_; ++i) {
-        values_[used + i] =
-            ReadValue(statement.getColumn(static_cast<int>(i)), kinds[i]);
+        ReadInto(statement.getColumn(static_cast<int>(i)), kinds[i],
+                 values_[used + i]);
       }
       used += width_;
       ++rows_;
