@@ -92,12 +92,18 @@ void RecordBlock::Load(SQLite::Statement& statement,
   rows_ = 0;
   size_t used = 0;
   try {
+    // A column object reads the row the statement stands on when asked, so
+    // one per column serves every row of the block.
+    std::vector<SQLite::Column> columns;
     while (statement.executeStep()) {
-      if (values_.size() < used + width_) values_.resize(used + width_);
-      for (size_t i = 0; i < width_; ++i) {
-        ReadInto(statement.getColumn(static_cast<int>(i)), kinds[i],
-                 values_[used + i]);
+      if (columns.empty()) {
+        columns.reserve(width_);
+        for (size_t i = 0; i < width_; ++i)
+          columns.push_back(statement.getColumn(static_cast<int>(i)));
       }
+      if (values_.size() < used + width_) values_.resize(used + width_);
+      for (size_t i = 0; i < width_; ++i)
+        ReadInto(columns[i], kinds[i], values_[used + i]);
       used += width_;
       ++rows_;
     }
