@@ -21,11 +21,16 @@ class RatioReporter : public benchmark::ConsoleReporter {
  public:
   void ReportRuns(const std::vector<Run>& runs) override {
     for (const Run& run : runs) {
-      if (!run.error_occurred && run.run_type == Run::RT_Iteration) {
+      // With --benchmark_repetitions the median of the repetitions counts;
+      // it is reported after them and replaces their times.
+      const bool median =
+          run.run_type == Run::RT_Aggregate && run.aggregate_name == "median";
+      if (!run.error_occurred &&
+          (run.run_type == Run::RT_Iteration || median)) {
         // A run is found by its full name ("BM_X/NextRoom") and, where
         // it ran a fixed number of iterations, also without that suffix
         // ("BM_X/iterations:3" as BM_X).
-        const std::string name = run.benchmark_name();
+        const std::string name = run.run_name.str();
         for (const std::string& key : {name, WithoutIterations(name)}) {
           cpu_[key] = run.GetAdjustedCPUTime();
           real_[key] = run.GetAdjustedRealTime();
