@@ -75,20 +75,19 @@ bool CQvConnection::release() {
 std::shared_ptr<ds::QvRecordset> CQvConnection::getTable(
     const std::string& sTablename, bool bWithParent) {
   catchUpWithRollback();
-  TableNameKey key(sTablename);
   // A connection the container has closed hands out nothing; an answer of
   // "no such table" would hide the caller's mistake.
   if (!m_conConnection ||
       m_conConnection->State() == ds::DbConnection::kStateClosed) {
     throw ConnectionError(QvConnectionErrorAlreadyReleased, "getTable",
                           "instance already released: table '" +
-                              std::string(key.view()) +
+                              NormalizeTableName(sTablename) +
                               "' not available (Path: " + Datasource() + ")");
   }
-  if (CQvRSwithBookMark* entry = findEntry(key)) {
-    return entry->m_QvRecordset;
+  if (const EntryPtr* entry = index_.FindAsWritten(sTablename)) {
+    return (*entry)->m_QvRecordset;
   }
-  std::string name(key.view());
+  std::string name = NormalizeTableName(sTablename);
   auto rs = std::make_shared<ds::QvRecordset>();
   if (!rs->openTable(m_conConnection, name)) return nullptr;
   addEntry(name, rs);

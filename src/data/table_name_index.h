@@ -3,13 +3,18 @@
 // while the name was folded, and the table is open-addressed over a power of
 // two, so a lookup is one mask and, nearly always, one compare. Values are
 // only ever added or all cleared, as the table cache of a connection never
-// forgets a single table. The index owns its values.
-// Threads: an index is used by one thread at a time; concurrent lookups without
-// an add are safe, as they only read.
+// forgets a single table. FindAsWritten also remembers the last name it was
+// asked for, as the caller wrote it, so that asking for the same table again
+// (a module's loop calling getTable("Raum")) is one compare of the bytes.
+// The index owns its values.
+// Threads: an index is used by one thread at a time; concurrent Find calls
+// without an add are safe, as they only read; FindAsWritten writes its memo.
 #ifndef QVGLOBAL_DATA_TABLE_NAME_INDEX_H_
 #define QVGLOBAL_DATA_TABLE_NAME_INDEX_H_
 
+#include <array>
 #include <cstddef>
+#include <cstring>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -31,11 +36,28 @@ class TableNameIndex {
     return Find(normalized, TableNameKey::Hash(normalized));
   }
 
+  // The value under the name that `as_written` normalises to, or nullptr.
+  const T* FindAsWritten(std::string_view as_written) const {
+    const size_t size = as_written.size();
+    if (last_found_ && size == last_size_ &&
+        std::memcmp(as_written.data(), last_written_.data(), size) == 0) {
+      return last_found_;
+    }
+    const T* found = Find(TableNameKey(as_written));
+    if (found && size <= last_written_.size()) {
+      std::memcpy(last_written_.data(), as_written.data(), size);
+      last_size_ = size;
+      last_found_ = found;
+    }
+    return found;
+  }
+
   // Adds `value` under `normalized`; false, changing nothing, when the name
   // is there already.
   bool Insert(std::string normalized, T value) {
     const size_t hash = TableNameKey::Hash(normalized);
     if (Find(normalized, hash)) return false;
+    last_found_ = nullptr;  // growing moves the slots
     if (2 * (size_ + 1) > slots_.size()) Grow();
     Slot& slot = slots_[FreeSlot(hash)];
     slot = {hash, std::move(normalized), std::move(value), true};
@@ -46,6 +68,7 @@ class TableNameIndex {
   void Clear() {
     slots_.clear();
     size_ = 0;
+    last_found_ = nullptr;
   }
   size_t size() const { return size_; }
 
@@ -93,6 +116,11 @@ class TableNameIndex {
 
   std::vector<Slot> slots_;  // empty or a power of two
   size_t size_ = 0;
+  // The last FindAsWritten that found a value: the name as written, and the
+  // value in its slot (null after any change of the slots).
+  mutable std::array<char, 64> last_written_;
+  mutable size_t last_size_ = 0;
+  mutable const T* last_found_ = nullptr;
 };
 
 }  // namespace qv

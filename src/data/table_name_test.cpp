@@ -57,5 +57,28 @@ TEST(TableNameIndexTest, FindsEveryNameByAnyWritingOfIt) {
   EXPECT_TRUE(index.Insert("tabelle7", 7));
 }
 
+// The remembered last name must never hand out a value from before a change
+// of the slots: growing moves them, clearing empties them.
+TEST(TableNameIndexTest, TheLastNameAskedForIsForgottenWhenTheSlotsChange) {
+  TableNameIndex<int> index;
+  ASSERT_TRUE(index.Insert("raum", 1));
+  ASSERT_NE(index.FindAsWritten(" Raum"), nullptr);
+  EXPECT_EQ(*index.FindAsWritten(" Raum"), 1);
+  for (int i = 0; i < 40; ++i) index.Insert(fmt::format("t{}", i), i);
+  ASSERT_NE(index.FindAsWritten(" Raum"), nullptr);
+  EXPECT_EQ(*index.FindAsWritten(" Raum"), 1);
+  EXPECT_EQ(*index.FindAsWritten("T39"), 39);
+  EXPECT_EQ(index.FindAsWritten("stock"), nullptr);
+  EXPECT_EQ(*index.FindAsWritten("T39"), 39);
+  index.Clear();
+  EXPECT_EQ(index.FindAsWritten("T39"), nullptr);
+  ASSERT_TRUE(index.Insert("t39", 2));
+  EXPECT_EQ(*index.FindAsWritten("T39"), 2);
+  const std::string long_name(70, 'X');
+  ASSERT_TRUE(index.Insert(std::string(70, 'x'), 3));
+  EXPECT_EQ(*index.FindAsWritten(long_name), 3);
+  EXPECT_EQ(*index.FindAsWritten("T39"), 2);
+}
+
 }  // namespace
 }  // namespace qv
