@@ -149,6 +149,9 @@ Variant CallWith(const G& fn, Args args, const std::vector<Variant>& defaults,
     fn(std::get<I>(values)...);
     write_back();
     return Variant();
+  } else if constexpr (!(kByRef<P> || ...)) {
+    // Built in the caller's slot: a named result would be moved once more.
+    return ToVariant(fn(std::get<I>(values)...));
   } else {
     Variant result = ToVariant(fn(std::get<I>(values)...));
     write_back();
