@@ -78,6 +78,18 @@ std::string WriteTemporary(const std::string& path, std::string_view bytes,
   return name;
 }
 
+// Flushes the folder that holds `path`, so that a rename or link into it
+// survives a power cut as well as the file's bytes do. Some file systems
+// (network shares among them) refuse to flush a folder; the new name stands
+// either way, so a refusal is not an error.
+void SyncFolderOf(const std::string& path) {
+  const std::filesystem::path file(path);
+  const std::string folder =
+      file.has_parent_path() ? file.parent_path().string() : ".";
+  UniqueFd fd(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+  if (fd.valid()) (void)::fsync(fd.get());
+}
+
 }  // namespace
 
 FileStamp StampOf(const struct stat& st) {
@@ -163,6 +175,7 @@ WriteResult WriteAtomically(const std::string& path, std::string_view bytes,
   if (result != WriteResult::kWritten || replaced == nullptr) {
     ::unlink(temporary.c_str());
   }
+  if (result == WriteResult::kWritten) SyncFolderOf(path);
   return result;
 }
 

@@ -66,7 +66,8 @@ enum class WriteResult { kWritten, kExists, kFailed };
 // permission bits (and its owner, where the process may set it) and
 // replaces it; without, it gets the default permissions of a new file and
 // is linked to `path` only when no file is there (kExists otherwise). The
-// temporary file is gone afterwards.
+// temporary file is gone afterwards, and the folder is flushed after a
+// successful write.
 WriteResult WriteAtomically(const std::string& path, std::string_view bytes,
                             const struct stat* replaced);
 
