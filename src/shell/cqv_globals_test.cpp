@@ -263,10 +263,8 @@ TEST_F(CQvGlobalsTest, MainWindowFillsTheApplicationContext) {
   window->Property("hWnd", int32_t{4711});
   window->Property("CurHelpFile", "/opt/qv/Heizlast.chm");
   globals->Set("frmMDIParentRef", window);
-  globals->set_QvLanguage(qvlGerman);
   EXPECT_EQ(AppContext::Current()->MainWindowHandle(), 4711);
   EXPECT_EQ(AppContext::Current()->CurHelpFile(), "/opt/qv/Heizlast.chm");
-  EXPECT_EQ(AppContext::Current()->Language(), qvlGerman);
 }
 
 TEST_F(CQvGlobalsTest, LanguageConversionsIgnoreLetterCase) {

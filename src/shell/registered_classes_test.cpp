@@ -8,7 +8,6 @@
 
 #include <set>
 #include <string>
-#include <vector>
 
 #include "com/class_factory.h"
 #include "com/class_info.h"
@@ -184,15 +183,12 @@ std::string EventText(const EventInfo& event) {
 }
 
 std::string InterfaceText(const ClassInfo& info) {
-  std::vector<std::string> parts;
-  for (const MemberInfo& m : info.members()) {
-    parts.push_back(m.name + " " + m.KindsText());
-  }
-  for (const EventInfo& e : info.events()) parts.push_back(EventText(e));
   std::string text;
-  for (const std::string& part : parts) {
+  auto add = [&text](const std::string& part) {
     text += (text.empty() ? "" : "; ") + part;
-  }
+  };
+  for (const MemberInfo& m : info.members()) add(m.name + " " + m.KindsText());
+  for (const EventInfo& e : info.events()) add(EventText(e));
   return text;
 }
 
