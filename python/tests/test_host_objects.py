@@ -57,9 +57,14 @@ class HostObjectTest(unittest.TestCase):
         self.assertEqual(self.call("caption", GET), ("Raumbuch", []))
         self.call("CAPTION", LET, "Heizlast")
         self.assertEqual(self.form.Caption, "Heizlast")
+        # None is Nothing both ways; a Python object set comes back as itself.
+        self.assertIs(self.call("Owner", GET)[0], None)
         owner = qvglobal.CreateObject("VBA.Collection")
         self.call("Owner", SET, owner)
         self.assertEqual(self.form.Owner, owner)
+        parent = Form()
+        self.call("Owner", SET, parent)
+        self.assertIs(self.form.Owner, parent)
         # A get of a method calls it, as automation hosts do.
         self.assertEqual(self.call("AddRow", GET, "R2", "")[0], 1)
 
