@@ -284,11 +284,6 @@ class ActiveBarTest(unittest.TestCase):
         self.assertIs(self.prop.GetABToolEnabled("tCut"), False)
         self.prop.ActivebarTrackPopup("bdQVPopup")
         self.assertEqual(band.popups, 1)
-        with self.assertRaises(qvglobal.ComError) as caught:
-            self.prop.ActivebarTrackPopup("bdNone")
-        self.assertEqual((caught.exception.number, caught.exception.description),
-                         (ERROR_1000, "CQvModulProp->ActivebarTrackPopup: "
-                                      "Unbekannt: bdNone"))
 
     def test_copy_picture_reaches_every_tool_of_that_name(self):
         source = Tool("tSave", caption="Speichern", picture="disk")
