@@ -211,7 +211,8 @@ class GlobalObjectTest(unittest.TestCase):
         qvglobal.SetMessageBoxHandler(lambda *box: "yes")
         with self.assertRaises(qvglobal.ComError) as caught:
             fn.CallHelpFile(60013)
-        self.assertEqual(caught.exception.number, 13)
+        self.assertEqual((caught.exception.number, str(caught.exception)),
+                         (13, "Type mismatch"))
 
     def test_key_events_carry_the_keyboard_shift_state(self):
         bar = ActiveBar([], [])
