@@ -85,7 +85,7 @@ class ByRefTest(unittest.TestCase):
         self.assertEqual(repr(code), "ByRef(37)")
         with self.assertRaises(qvglobal.ComError) as cm:
             bar.ABKeyCodeToSendKeyStr(qvglobal.ByRef(40000))
-        self.assertEqual(cm.exception.number, 6)
+        self.assertEqual((cm.exception.number, str(cm.exception)), (6, "Overflow"))
         self.assertIs(qvglobal.ByRef().value, qvglobal.Empty)
 
 
