@@ -2,7 +2,6 @@
 values, and an error list shown in a grid written in Python, its events and
 its help requests. The conversion's cases are tested in C++."""
 
-import os
 import tempfile
 import unittest
 
@@ -106,37 +105,24 @@ class MainWindow:
         self.hWnd = 4711
 
 
-class ApplicationTest(unittest.TestCase):
+class HelpTest(unittest.TestCase):
     """Help file and window come from the global object."""
 
-    def setUp(self):
-        self.dir = tempfile.TemporaryDirectory()
-        self.help_file = os.path.join(self.dir.name, "qv.chm")
-        with open(self.help_file, "w") as f:
-            f.write("help")
-        self.globals = create("CQvGlobals")
-        self.globals.frmMDIParentRef = MainWindow(self.help_file)
-        self.requests = []
-        qvglobal.SetHelpHandler(
-            lambda file, context, window: self.requests.append(
-                (file, context, window)))
-
-    def tearDown(self):
-        qvglobal.SetHelpHandler(None)
-        self.globals = None
-        self.dir.cleanup()
-
-    def test_help_for_a_message_and_by_default(self):
+    def test_help_for_a_message_of_the_grid(self):
+        requests = []
+        qvglobal.SetHelpHandler(lambda *request: requests.append(request))
+        self.addCleanup(qvglobal.SetHelpHandler, None)
         errors = create("CQvErrList")
         errors.addError(message(12, 1, "zwölf"))
         grid = Grid()
         errors.QvTGrErr = grid
         handled = qvglobal.ByRef(False)
-        grid.sink.OnHelp(0, 1, handled)
+        with tempfile.NamedTemporaryFile(suffix=".chm") as help_file:
+            globals_ = create("CQvGlobals")
+            globals_.frmMDIParentRef = MainWindow(help_file.name)
+            grid.sink.OnHelp(0, 1, handled)
         self.assertIs(handled.value, True)
-        self.assertEqual(self.requests, [(self.help_file, 60012, 4711)])
-        create("CQVGlobalFunctions").CallHelpFile(7)  # file and window default
-        self.assertEqual(self.requests[1], (self.help_file, 7, 4711))
+        self.assertEqual(requests, [(help_file.name, 60012, 4711)])
 
 
 if __name__ == "__main__":
