@@ -23,12 +23,10 @@ class Form:
 class SettingsTest(unittest.TestCase):
     def setUp(self):
         self.folder = tempfile.TemporaryDirectory()
+        self.addCleanup(self.folder.cleanup)
         self.file = os.path.join(self.folder.name, "py.ini")
         self.manager = qvglobal.CreateObject("qvglobal10.CControlIniManager")
         self.manager.IniFile = self.file
-
-    def tearDown(self):
-        self.folder.cleanup()
 
     def read(self):
         with open(self.file, "rb") as f:
