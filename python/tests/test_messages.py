@@ -7,6 +7,7 @@ import unittest
 
 import qvglobal
 
+
 def create(name):
     return qvglobal.CreateObject("qvglobal10." + name)
 
