@@ -83,7 +83,8 @@ class ReportEventTest(unittest.TestCase):
         self.assertEqual(len(second.rows), 1)
         with self.assertRaises(qvglobal.ComError) as cm:
             self.events.unadvise(first)
-        self.assertEqual(cm.exception.number, 5)
+        self.assertEqual((cm.exception.number, cm.exception.description),
+                         (5, "Invalid procedure call or argument"))
 
     def test_error_of_a_sink_reaches_the_caller(self):
         class Failing:
@@ -105,13 +106,15 @@ class ReportEventTest(unittest.TestCase):
         self.events.advise(Typo())
         with self.assertRaises(qvglobal.ComError) as cm:
             self.raise_row(["R1"])
-        self.assertEqual((cm.exception.number, cm.exception.source),
-                         (438, "Python"))
+        self.assertEqual(
+            (cm.exception.number, cm.exception.source, str(cm.exception)),
+            (438, "Python", "Object doesn't support this property or method"))
 
     def test_objects_without_events(self):
         with self.assertRaises(qvglobal.ComError) as cm:
             self.param.advise(BoldSink())
-        self.assertEqual(cm.exception.number, 438)
+        self.assertEqual((cm.exception.number, cm.exception.description),
+                         (438, "Object doesn't support this property or method"))
 
 
 if __name__ == "__main__":

@@ -211,7 +211,8 @@ class GlobalObjectTest(unittest.TestCase):
         qvglobal.SetMessageBoxHandler(lambda *box: "yes")
         with self.assertRaises(qvglobal.ComError) as caught:
             fn.CallHelpFile(60013)
-        self.assertEqual(caught.exception.number, 13)
+        self.assertEqual((caught.exception.number, str(caught.exception)),
+                         (13, "Type mismatch"))
 
     def test_key_events_carry_the_keyboard_shift_state(self):
         bar = ActiveBar([], [])
@@ -284,11 +285,6 @@ class ActiveBarTest(unittest.TestCase):
         self.assertIs(self.prop.GetABToolEnabled("tCut"), False)
         self.prop.ActivebarTrackPopup("bdQVPopup")
         self.assertEqual(band.popups, 1)
-        with self.assertRaises(qvglobal.ComError) as caught:
-            self.prop.ActivebarTrackPopup("bdNone")
-        self.assertEqual((caught.exception.number, caught.exception.description),
-                         (ERROR_1000, "CQvModulProp->ActivebarTrackPopup: "
-                                      "Unbekannt: bdNone"))
 
     def test_copy_picture_reaches_every_tool_of_that_name(self):
         source = Tool("tSave", caption="Speichern", picture="disk")

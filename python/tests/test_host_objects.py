@@ -57,9 +57,14 @@ class HostObjectTest(unittest.TestCase):
         self.assertEqual(self.call("caption", GET), ("Raumbuch", []))
         self.call("CAPTION", LET, "Heizlast")
         self.assertEqual(self.form.Caption, "Heizlast")
+        # None is Nothing both ways; a Python object set comes back as itself.
+        self.assertIs(self.call("Owner", GET)[0], None)
         owner = qvglobal.CreateObject("VBA.Collection")
         self.call("Owner", SET, owner)
         self.assertEqual(self.form.Owner, owner)
+        parent = Form()
+        self.call("Owner", SET, parent)
+        self.assertIs(self.form.Owner, parent)
         # A get of a method calls it, as automation hosts do.
         self.assertEqual(self.call("AddRow", GET, "R2", "")[0], 1)
 
@@ -70,14 +75,18 @@ class HostObjectTest(unittest.TestCase):
         self.assertEqual(args, [["filled", "b"]])
 
     def test_missing_member_and_extra_arguments_raise_in_the_library(self):
-        for name, kind, number in (("NoSuchMember", METHOD, 438),
-                                   ("NoSuchMember", GET, 438),
-                                   ("NoSuchMember", LET, 438),
-                                   ("Caption", GET, 450)):
+        missing = (438, "Object doesn't support this property or method")
+        extra = (450, "Wrong number of arguments or invalid property "
+                      "assignment")
+        for name, kind, error in (("NoSuchMember", METHOD, missing),
+                                  ("NoSuchMember", GET, missing),
+                                  ("NoSuchMember", LET, missing),
+                                  ("Caption", GET, extra)):
             with self.subTest(name=name, kind=kind):
                 with self.assertRaises(qvglobal.ComError) as cm:
                     self.call(name, kind, 1)
-                self.assertEqual(cm.exception.number, number)
+                self.assertEqual(
+                    (cm.exception.number, cm.exception.description), error)
 
     def test_errors_of_the_host_reach_the_caller(self):
         # A Python exception becomes error 440 caused by it; a ComError

@@ -1,6 +1,6 @@
 """Settings from Python: CqvIniManager by name, and CControlIniManager with
-a form and a tree view written in Python (objects with the members the
-library calls)."""
+a form written in Python (an object with the members the library calls).
+Tree views and the stored lists' errors are tested in C++."""
 
 import os
 import tempfile
@@ -20,85 +20,13 @@ class Form:
         self.left, self.top, self.Width, self.Height = left, top, width, height
 
 
-class Node:
-    def __init__(self, tree, index, parent, text):
-        self.tree, self.Index, self.Parent, self.text = tree, index, parent, text
-        self.Expanded = False
-
-    def _siblings(self):
-        return [n for n in self.tree.nodes if n.Parent is self.Parent]
-
-    @property
-    def Child(self):
-        children = [n for n in self.tree.nodes if n.Parent is self]
-        return children[0] if children else None
-
-    @property
-    def Next(self):
-        siblings = self._siblings()
-        i = siblings.index(self)
-        return siblings[i + 1] if i + 1 < len(siblings) else None
-
-    @property
-    def FirstSibling(self):
-        return self._siblings()[0]
-
-    @property
-    def Root(self):
-        node = self
-        while node.Parent is not None:
-            node = node.Parent
-        return node
-
-    @property
-    def FullPath(self):
-        if self.Parent is None:
-            return self.text
-        return self.Parent.FullPath + self.tree.PathSeparator + self.text
-
-
-class Nodes:
-    def __init__(self, tree):
-        self.tree = tree
-
-    @property
-    def Count(self):
-        return len(self.tree.nodes)
-
-    def Item(self, index):
-        return self.tree.nodes[index - 1]
-
-
-class TreeView:
-    """Heizung > Kessel, Heizung > Pumpe > Motor, Lüftung."""
-
-    def __init__(self):
-        self.Name = "tvwAnlage"
-        self.PathSeparator = "/"
-        self.nodes = []
-        self.Nodes = Nodes(self)
-        self.SelectedItem = None
-        heizung = self.add(None, "Heizung")
-        self.add(heizung, "Kessel")
-        pumpe = self.add(heizung, "Pumpe")
-        self.add(pumpe, "Motor")
-        self.add(None, "Lüftung")
-
-    def add(self, parent, text):
-        node = Node(self, len(self.nodes) + 1, parent, text)
-        self.nodes.append(node)
-        return node
-
-
 class SettingsTest(unittest.TestCase):
     def setUp(self):
         self.folder = tempfile.TemporaryDirectory()
+        self.addCleanup(self.folder.cleanup)
         self.file = os.path.join(self.folder.name, "py.ini")
         self.manager = qvglobal.CreateObject("qvglobal10.CControlIniManager")
         self.manager.IniFile = self.file
-
-    def tearDown(self):
-        self.folder.cleanup()
 
     def read(self):
         with open(self.file, "rb") as f:
@@ -130,21 +58,6 @@ class SettingsTest(unittest.TestCase):
         self.assertTrue(self.manager.LoadForm(reopened))
         self.assertEqual((reopened.left, reopened.top, reopened.Width, reopened.Height),
                          (5, 6, 700, 500))
-
-    def test_tree_view_saved_and_restored(self):
-        tree = TreeView()
-        for i in (1, 3):
-            tree.nodes[i - 1].Expanded = True
-        tree.SelectedItem = tree.nodes[3]
-        self.assertTrue(self.manager.SaveTreeView(tree, "Baum"))
-        self.assertEqual(self.read().decode("utf-8"),
-                         "[Baum]\r\nRootNodes=1,1;5,0\r\n1Node=2,0;3,1\r\n"
-                         "3Node=4,0\r\nSelectedItem=Heizung/Pumpe/Motor\r\n")
-        fresh = TreeView()
-        self.assertIs(self.manager.LoadTreeView(fresh, "Baum"), True)
-        self.assertEqual([n.Index for n in fresh.nodes if n.Expanded], [1, 3])
-        self.assertIs(fresh.SelectedItem, fresh.nodes[3])
-        self.assertIs(self.manager.LoadTreeView(fresh, "Leer"), False)
 
 
 if __name__ == "__main__":

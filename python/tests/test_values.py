@@ -35,12 +35,10 @@ class RoundTripTest(unittest.TestCase):
         self.assertEqual(repr(qvglobal.Null), "qvglobal.Null")
         self.assertFalse(qvglobal.Empty)
         self.assertFalse(qvglobal.Null)
-        d = qvglobal.CreateObject("Scripting.Dictionary")
-        d.Add("nothing", None)
         # Reading a missing key adds it with Empty, as the scripting
         # dictionary does.
+        d = qvglobal.CreateObject("Scripting.Dictionary")
         self.assertIs(d.Item("missing"), qvglobal.Empty)
-        self.assertIs(d.Item("nothing"), None)
 
     def test_dates(self):
         for value in (

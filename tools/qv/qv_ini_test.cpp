@@ -15,13 +15,12 @@
 namespace qv {
 namespace {
 
+using ::qv::testing::RunQv;
 using ::qv::testing::ToolRun;
 
 class QvIniToolTest : public ::testing::Test {
  protected:
-  ToolRun Ini(const std::string& args) {
-    return ::qv::testing::RunTool(QVGLOBAL_QV_TOOL, "ini " + args);
-  }
+  ToolRun Ini(const std::string& args) { return RunQv("ini " + args); }
   std::string Quoted() const { return "'" + file_ + "'"; }
 
   testing::TempDir dir_;
@@ -79,8 +78,7 @@ TEST_F(QvIniToolTest, ContentIsPrintedWithControlsEscaped) {
 }
 
 TEST_F(QvIniToolTest, DemoRestoresASavedForm) {
-  const ToolRun run = ::qv::testing::RunTool(
-      QVGLOBAL_QV_TOOL, "demo --dir '" + dir_.path() + "'");
+  const ToolRun run = RunQv("demo --dir '" + dir_.path() + "'");
   EXPECT_EQ(run.status, 0) << run.err;
   for (const char* line :
        {"  a form never saved opens centred: left 640, top 300, 640 x 480\n",
@@ -88,10 +86,7 @@ TEST_F(QvIniToolTest, DemoRestoresASavedForm) {
         "      Raster=-1\n"}) {
     EXPECT_NE(run.out.find(line), std::string::npos) << line;
   }
-  EXPECT_EQ(::qv::testing::RunTool(
-                QVGLOBAL_QV_TOOL,
-                "ini get '" + dir_.File("demo.ini") + "' frmDemo width")
-                .out,
+  EXPECT_EQ(Ini("get '" + dir_.File("demo.ini") + "' frmDemo width").out,
             "800\n");
 }
 

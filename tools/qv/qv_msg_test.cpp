@@ -11,11 +11,8 @@
 namespace qv {
 namespace {
 
+using ::qv::testing::RunQv;
 using ::qv::testing::ToolRun;
-
-ToolRun RunQv(const std::string& args) {
-  return ::qv::testing::RunTool(QVGLOBAL_QV_TOOL, args);
-}
 
 TEST(QvMsgToolTest, ConvertsTextsWithValuesAndQuantities) {
   const struct {

@@ -2,11 +2,11 @@
 // its output, its exit status and what it writes.
 #include <gtest/gtest.h>
 
-#include <fstream>
-#include <sstream>
 #include <string>
+#include <vector>
 
 #include "datasource/qv_recordset.h"
+#include "testing/file_bytes.h"
 #include "testing/room_project.h"
 #include "testing/run_tool.h"
 
@@ -15,8 +15,9 @@
 namespace qv {
 namespace {
 
+using ::qv::testing::ReadFileBytes;
 using ::qv::testing::RoomProject;
-using ::qv::testing::RunTool;
+using ::qv::testing::RunQv;
 using ::qv::testing::ToolRun;
 
 const std::vector<std::string> kProject = {
@@ -24,14 +25,7 @@ const std::vector<std::string> kProject = {
     "G3/S1/W1/R1"};
 
 ToolRun Rooms(const RoomProject& project, const std::string& args) {
-  return RunTool(QVGLOBAL_QV_TOOL, "rooms '" + project.path() + "' " + args);
-}
-
-std::string Bytes(const std::string& path) {
-  std::ifstream in(path, std::ios::binary);
-  std::stringstream s;
-  s << in.rdbuf();
-  return s.str();
+  return RunQv("rooms '" + project.path() + "' " + args);
 }
 
 TEST(QvRoomsToolTest, ListsRoomsAsTreeFlatOrInterval) {
@@ -65,7 +59,7 @@ TEST(QvRoomsToolTest, ListsRoomsAsTreeFlatOrInterval) {
 TEST(QvRoomsToolTest, RefusesBadArgumentsAndFilesWritingNothing) {
   RoomProject project(kProject);
   testing::ProjectDatabase plain;
-  const std::string before = Bytes(project.path());
+  const std::string before = ReadFileBytes(project.path());
   struct Case {
     std::string args;
     std::string err;
@@ -85,12 +79,12 @@ TEST(QvRoomsToolTest, RefusesBadArgumentsAndFilesWritingNothing) {
            "Stock, Wohnung, Raum\n"},
   };
   for (const Case& c : cases) {
-    const ToolRun run = RunTool(QVGLOBAL_QV_TOOL, "rooms " + c.args);
+    const ToolRun run = RunQv("rooms " + c.args);
     EXPECT_EQ(run.status, 1) << c.args;
     EXPECT_EQ(run.err, c.err) << c.args;
     EXPECT_EQ(run.out, "") << c.args;
   }
-  EXPECT_EQ(Bytes(project.path()), before);
+  EXPECT_EQ(ReadFileBytes(project.path()), before);
 }
 
 TEST(QvRoomsToolTest, RenumbersInWalkingOrder) {
