@@ -1,11 +1,14 @@
 #include "central/qv_path.h"
 
 #include <gtest/gtest.h>
-#include <stdlib.h>
 
 #include <filesystem>
 #include <fstream>
+#include <optional>
 #include <utility>
+
+#include "testing/scoped_env.h"
+#include "testing/temp_dir.h"
 
 namespace qv::central {
 namespace {
@@ -14,13 +17,7 @@ namespace fs = std::filesystem;
 
 class QvPathTest : public ::testing::Test {
  protected:
-  void SetUp() override {
-    dir_ = fs::temp_directory_path() /
-           ("qvpath_" + std::to_string(::getpid()) + "_" +
-            ::testing::UnitTest::GetInstance()->current_test_info()->name());
-    fs::create_directories(dir_ / "Katalog");
-  }
-  void TearDown() override { fs::remove_all(dir_); }
+  void SetUp() override { fs::create_directories(dir_ / "Katalog"); }
 
   std::string Write(const std::string& content) {
     const fs::path file = dir_ / "enviroment.asc";
@@ -28,7 +25,9 @@ class QvPathTest : public ::testing::Test {
     return file.string();
   }
 
-  fs::path dir_;
+  ::qv::testing::TempDir temp_;
+  const fs::path dir_ = temp_.path();
+  ::qv::testing::ScopedEnv env_;
 };
 
 TEST_F(QvPathTest, StateAndCatalogFolderFromTheFile) {
@@ -52,21 +51,20 @@ TEST_F(QvPathTest, StateAndCatalogFolderFromTheFile) {
 }
 
 TEST_F(QvPathTest, FileIsFoundThroughEnvironmentThenCommonAppData) {
-  ::setenv("QV_ENVIROMENT_ASC", "/etc/qv/enviroment.asc", 1);
+  env_.Set("QV_ENVIROMENT_ASC", "/etc/qv/enviroment.asc");
   EXPECT_EQ(QvPath::DefaultFile(), "/etc/qv/enviroment.asc");
-  ::unsetenv("QV_ENVIROMENT_ASC");
-  ::setenv("QV_COMMON_APPDATA", dir_.c_str(), 1);
+  env_.Set("QV_ENVIROMENT_ASC", std::nullopt);
+  env_.Set("QV_COMMON_APPDATA", dir_.string());
   EXPECT_EQ(QvPath::DefaultFile(),
             (dir_ / "qv-software" / "enviroment.asc").string());
   fs::create_directories(dir_ / "qv-software");
   std::ofstream(dir_ / "qv-software" / "enviroment.asc")
       << "CatalogPath=" << (dir_ / "Katalog").string() << "\n";
   EXPECT_EQ(QvPath().GetState(), QvPath::kValid);
-  ::unsetenv("QV_COMMON_APPDATA");
 }
 
 TEST_F(QvPathTest, BasePathFromTheFileElseTheSuiteFolder) {
-  ::setenv("QV_COMMON_APPDATA", dir_.c_str(), 1);
+  env_.Set("QV_COMMON_APPDATA", dir_.string());
   const std::string suite = (dir_ / "qv-software").string();
   // {file content, base folder}; the base folder need not exist and does
   // not make the file valid or invalid.
@@ -82,7 +80,6 @@ TEST_F(QvPathTest, BasePathFromTheFileElseTheSuiteFolder) {
   EXPECT_EQ(QvPath((dir_ / "none.asc").string()).GetBasePath(), suite);
   EXPECT_EQ(QvPath(Write("BasePath = /b\n")).GetState(),
             QvPath::kEnviromentAscNotValid);
-  ::unsetenv("QV_COMMON_APPDATA");
 }
 
 }  // namespace

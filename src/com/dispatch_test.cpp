@@ -90,7 +90,6 @@ class DispatchTest : public ::testing::Test {
 };
 
 TEST_F(DispatchTest, NamesIgnoreCaseAndIdsFollowInterfaceOrder) {
-  EXPECT_EQ(object_->Call("Join", {"a", "b", "+"}), Variant("a+b"));
   EXPECT_EQ(object_->Call("JOIN", {"a", "b", "+"}), Variant("a+b"));
   EXPECT_EQ(object_->Get("name"), Variant("probe"));
   object_->Let("NAME", "renamed");
@@ -334,7 +333,6 @@ TEST(ClassFactoryTest, RegisteredClassesListTheirMembersInOrder) {
     return r.progid == "qvglobal10.DispatchProbe";
   });
   ASSERT_NE(it, all.end());
-  ASSERT_NE(it->info, nullptr);
   EXPECT_EQ(it->info, &DispatchProbe::StaticClassInfo());
   EXPECT_TRUE(
       std::is_sorted(all.begin(), all.end(), [](const auto& a, const auto& b) {

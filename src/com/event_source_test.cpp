@@ -80,18 +80,7 @@ TEST_F(EventSourceTest, RaisingWithoutSinksDoesNothingAndNothingIsNoSink) {
   EXPECT_EQ(args[1], Variant("unchanged"));
 }
 
-TEST_F(EventSourceTest, CallbackSeesTheEventAndWritesBack) {
-  std::vector<std::string> names;
-  events().Advise([&](std::string_view name, Args args) {
-    names.emplace_back(name);
-    args[1] = args[0].ToInteger() > 3;
-  });
-  EXPECT_TRUE(alarm_->Trigger(5));
-  EXPECT_FALSE(alarm_->Trigger(1));
-  EXPECT_EQ(names, (std::vector<std::string>{"Ring", "Ring"}));
-}
-
-TEST_F(EventSourceTest, OnlyByRefSlotsOfATypedEventAreShared) {
+TEST_F(EventSourceTest, CallbacksSeeTheEventAndOnlyItsByRefSlotsAreShared) {
   const EventInfo& ring = Alarm::RingEvent();
   EXPECT_EQ(ring.param_types,
             (std::vector<std::string>{"Integer", "Boolean&"}));
@@ -99,15 +88,18 @@ TEST_F(EventSourceTest, OnlyByRefSlotsOfATypedEventAreShared) {
       std::vector<bool>({ring.IsByRef(0), ring.IsByRef(1), ring.IsByRef(2)}),
       std::vector<bool>({false, true, false}));
   std::vector<Variant> seen;
+  std::vector<std::string> names;
   events().Advise([](std::string_view, Args args) {
     args[0] = int16_t{99};
     args[1] = true;
   });
-  events().Advise([&](std::string_view, Args args) {
+  events().Advise([&](std::string_view name, Args args) {
+    names.emplace_back(name);
     seen.assign(args.begin(), args.end());
   });
   Variant args[] = {int16_t{1}, false};
   events().Raise(ring, args);
+  EXPECT_EQ(names, std::vector<std::string>{"Ring"});
   EXPECT_EQ(seen, (std::vector<Variant>{int16_t{1}, true}));
   EXPECT_EQ(args[0], Variant(int16_t{1}));
   EXPECT_EQ(args[1], Variant(true));

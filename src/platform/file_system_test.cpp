@@ -4,14 +4,12 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
 #include <memory>
-#include <sstream>
 #include <string>
 
 #include "testing/expect_error.h"
+#include "testing/file_bytes.h"
+#include "testing/temp_dir.h"
 
 namespace qv::platform {
 namespace {
@@ -76,27 +74,16 @@ void ExpectError(int32_t number, const std::string& text, auto&& call) {
 
 class FileSystemDiskTest : public ::testing::Test {
  protected:
-  void SetUp() override {
-    std::string pattern =
-        (std::filesystem::temp_directory_path() / "qv_fs_XXXXXX").string();
-    ASSERT_NE(::mkdtemp(pattern.data()), nullptr);
-    dir_ = pattern;
-  }
-  void TearDown() override { std::filesystem::remove_all(dir_); }
-
-  std::string Path(const std::string& name) const { return dir_ + "/" + name; }
+  std::string Path(const std::string& name) const { return dir_.File(name); }
   void Write(const std::string& name, const std::string& content) const {
-    std::ofstream(Path(name)) << content;
+    testing::WriteFileBytes(Path(name), content);
   }
   std::string Read(const std::string& name) const {
-    std::ifstream in(Path(name));
-    std::stringstream text;
-    text << in.rdbuf();
-    return text.str();
+    return testing::ReadFileBytes(Path(name));
   }
 
   FileSystem fs_;
-  std::string dir_;
+  testing::TempDir dir_;
 };
 
 TEST_F(FileSystemDiskTest, CreateFolderDeleteFileAndTestExistence) {

@@ -2,8 +2,8 @@
 // display, keyboard and the common application-data folder.
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "platform/common_app_data.h"
@@ -11,16 +11,17 @@
 #include "platform/help_viewer.h"
 #include "platform/keyboard.h"
 #include "platform/message_box.h"
+#include "testing/scoped_env.h"
 
 namespace qv::platform {
 namespace {
 
 TEST(MessageBoxTest,
      DefaultWritesToStandardErrorUntilAHandlerAnswersOrResetsItself) {
-  testing::internal::CaptureStderr();
+  ::testing::internal::CaptureStderr();
   EXPECT_EQ(MessageBox::Show("Datei fehlt", "qv-software", MessageBox::kYesNo),
             MessageBox::kOk);
-  EXPECT_EQ(testing::internal::GetCapturedStderr(),
+  EXPECT_EQ(::testing::internal::GetCapturedStderr(),
             "qv-software: Datei fehlt\n");
 
   std::string seen;
@@ -36,9 +37,9 @@ TEST(MessageBoxTest,
 
   MessageBox::ResetHandler();
   seen.clear();
-  testing::internal::CaptureStderr();
+  ::testing::internal::CaptureStderr();
   EXPECT_EQ(MessageBox::Show("Hallo"), MessageBox::kOk);
-  EXPECT_EQ(testing::internal::GetCapturedStderr(), "qv-software: Hallo\n");
+  EXPECT_EQ(::testing::internal::GetCapturedStderr(), "qv-software: Hallo\n");
   EXPECT_EQ(seen, "");
   int calls = 0;
   MessageBox::SetHandler([&](const std::string&, const std::string&, int) {
@@ -47,9 +48,9 @@ TEST(MessageBoxTest,
     return MessageBox::kCancel;
   });
   EXPECT_EQ(MessageBox::Show("a"), MessageBox::kCancel);
-  testing::internal::CaptureStderr();
+  ::testing::internal::CaptureStderr();
   EXPECT_EQ(MessageBox::Show("b"), MessageBox::kOk);
-  testing::internal::GetCapturedStderr();
+  ::testing::internal::GetCapturedStderr();
   EXPECT_EQ(calls, 1);
 }
 
@@ -136,17 +137,12 @@ TEST(KeyboardTest, ShiftStateIsOneValueByPrecedenceUntilReset) {
 }
 
 TEST(CommonAppDataTest, EnvironmentVariableOrVarLib) {
-  const char* saved = std::getenv("QV_COMMON_APPDATA");
-  const std::string old = saved != nullptr ? saved : "";
-
-  ::setenv("QV_COMMON_APPDATA", "/srv/qv data", 1);
+  ::qv::testing::ScopedEnv env("QV_COMMON_APPDATA", "/srv/qv data");
   EXPECT_EQ(CommonAppDataFolder(), "/srv/qv data");
-  ::setenv("QV_COMMON_APPDATA", "", 1);
+  env.Set("QV_COMMON_APPDATA", "");
   EXPECT_EQ(CommonAppDataFolder(), "/var/lib");
-  ::unsetenv("QV_COMMON_APPDATA");
+  env.Set("QV_COMMON_APPDATA", std::nullopt);
   EXPECT_EQ(CommonAppDataFolder(), "/var/lib");
-
-  if (saved != nullptr) ::setenv("QV_COMMON_APPDATA", old.c_str(), 1);
 }
 
 }  // namespace

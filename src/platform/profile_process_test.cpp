@@ -80,11 +80,6 @@ TEST(ProfileProcessTest, ConcurrentWritersLoseNoKey) {
   }
 }
 
-int CrashTrials() {
-  const char* env = std::getenv("QV_INI_CRASH_TRIALS");
-  return env != nullptr && std::atoi(env) > 0 ? std::atoi(env) : 20;
-}
-
 TEST(ProfileProcessTest, KilledWriterLeavesAWholeFileAndNoLock) {
   testing::TempDir dir;
   const std::string file = dir.File("crash.ini");
@@ -101,7 +96,8 @@ TEST(ProfileProcessTest, KilledWriterLeavesAWholeFileAndNoLock) {
 
   std::mt19937 random(20261123);
   std::uniform_int_distribution<int64_t> at(0, one_write.count() * 4);
-  const int trials = CrashTrials();
+  const char* env = std::getenv("QV_INI_CRASH_TRIALS");
+  const int trials = env != nullptr && std::atoi(env) > 0 ? std::atoi(env) : 20;
   for (int trial = 0; trial < trials; ++trial) {
     const pid_t child = Spawn([&file] {
       for (int n = 2;; ++n) {

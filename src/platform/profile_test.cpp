@@ -83,9 +83,7 @@ TEST_F(ProfileTest,
       {"[A]\na=1\r[S]\r\nk=mixed\n", "S", "k", "mixed"},
       // encodings and folded accented letters
       {"[Größe]\nk=\xC3\xA4\n", "GRÖßE", "K", "ä"},
-      {"[Gr\xD6\xDF"
-       "e]\nk=\xE4\x80\n",
-       "größe", "k", "ä€"},
+      {"[Gr\xD6\xDFte]\nk=\xE4\x80\n", "größte", "k", "ä€"},
       {"\xEF\xBB\xBF[S]\nk=bom\n", "S", "k", "bom"},
       // at most 1,023 characters
       {"[S]\nk=" + long_value + "\n", "S", "k", long_value.substr(0, 1023)},
