@@ -9,6 +9,7 @@
 #include <cstdint>
 #include <cstring>
 #include <string>
+#include <tuple>
 
 #include "com/class_factory.h"
 #include "com/error.h"
@@ -44,6 +45,13 @@ const QvCFieldLayout kMessungFields[] = {
 };
 constexpr size_t kMessungCount =
     sizeof kMessungFields / sizeof kMessungFields[0];
+
+// The structure's members, to compare all of them at once.
+using Members =
+    std::tuple<std::string, int32_t, double, int32_t, double, int16_t>;
+Members MembersOf(const Messung& m) {
+  return {m.name, m.nr, m.wert, m.aktiv, m.datum, m.anzahl};
+}
 
 class CRecordBindingTest : public ::testing::Test {
  protected:
@@ -114,20 +122,12 @@ TEST_F(CRecordBindingTest,
 TEST_F(CRecordBindingTest,
        EveryMoveCopiesTheRecordIntoTheStructureUntilUnregistered) {
   auto rs = Attached();
-  EXPECT_STREQ(rec_.name, "A");
-  EXPECT_EQ(rec_.nr, 1);
-  EXPECT_EQ(rec_.wert, 1.25);
-  EXPECT_EQ(rec_.aktiv, -1);
-  EXPECT_EQ(rec_.datum, MakeDate(2024, 5, 6, 7, 8, 9).serial);
-  EXPECT_EQ(rec_.anzahl, 12);
+  EXPECT_EQ(MembersOf(rec_), Members("A", 1, 1.25, -1,
+                                     MakeDate(2024, 5, 6, 7, 8, 9).serial, 12));
   rs->moveNext();
-  EXPECT_STREQ(rec_.name,
-               "Überl");  // 7 bytes at most, cut before the next character
-  EXPECT_EQ(rec_.nr, 2);
-  EXPECT_EQ(rec_.wert, -3.5);
-  EXPECT_EQ(rec_.aktiv, 0);
-  EXPECT_EQ(rec_.datum, 0.0);  // Null
-  EXPECT_EQ(rec_.anzahl, 0);
+  // The name takes 7 bytes at most, cut before the next character; Null
+  // numbers and dates become 0.
+  EXPECT_EQ(MembersOf(rec_), Members("Überl", 2, -3.5, 0, 0.0, 0));
   // Unregistered, the structure is left alone.
   ASSERT_EQ(qv_unregister_c_record(&rec_), 0);
   rs->movePrevious();
@@ -139,10 +139,8 @@ TEST_F(CRecordBindingTest, InsertAndUpdateTakeTheStructuresValues) {
   rec_.wert = 9.5;
   rec_.aktiv = 1;
   rs->updateRecord();
-  EXPECT_EQ(con_->QueryValue("SELECT Wert FROM messung WHERE Name = 'A'"),
-            Variant(9.5));
-  EXPECT_EQ(con_->QueryValue("SELECT Aktiv FROM messung WHERE Name = 'A'"),
-            Variant(true));
+  EXPECT_EQ(con_->Query("SELECT Wert, Aktiv FROM messung WHERE Name = 'A'"),
+            (std::vector<std::vector<Variant>>{{9.5, true}}));
   std::strcpy(rec_.name, "B");
   rec_.nr = 7;
   rec_.anzahl = -5;

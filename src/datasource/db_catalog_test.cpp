@@ -63,6 +63,10 @@ class DbCatalogTest : public ::testing::Test {
                            {table});
   }
 
+  // The relations of the hierarchy, each named after its child table.
+  const ForeignKeyDef stock_key_ = Relation("stock", "gebaeude", {"Gebaeude"});
+  const ForeignKeyDef raum_key_ =
+      Relation("raum", "stock", {"Gebaeude", "Stock"});
   qv::testing::TempDir dir_;
   std::string path_;
   DbConnection con_;
@@ -183,8 +187,8 @@ TEST_F(DbCatalogTest, RejectsInvalidDefinitionsAndUnknownTables) {
 
 TEST_F(DbCatalogTest, ForeignKeysSurviveReopenWithNamesAndRules) {
   CreateHierarchy();
-  catalog_.AddForeignKey("stock", Relation("stock", "gebaeude", {"Gebaeude"}));
-  ForeignKeyDef to_stock = Relation("raum", "stock", {"Gebaeude", "Stock"});
+  catalog_.AddForeignKey("stock", stock_key_);
+  ForeignKeyDef to_stock = raum_key_;
   to_stock.update_rule = kAdRiNone;
   catalog_.AddForeignKey("raum", to_stock);
   ForeignKeyDef to_building{"raum_gebaeude",
@@ -197,8 +201,7 @@ TEST_F(DbCatalogTest, ForeignKeysSurviveReopenWithNamesAndRules) {
   EXPECT_EQ(catalog_.ForeignKeys("RAUM"),
             (std::vector<ForeignKeyDef>{to_stock, to_building}));
   EXPECT_EQ(catalog_.ForeignKeys("stock"),
-            (std::vector<ForeignKeyDef>{
-                Relation("stock", "gebaeude", {"Gebaeude"})}));
+            (std::vector<ForeignKeyDef>{stock_key_}));
   EXPECT_TRUE(catalog_.ForeignKeys("gebaeude").empty());
   const auto referencing = catalog_.ReferencingKeys("Gebaeude");
   ASSERT_EQ(referencing.size(), 2u);
@@ -212,11 +215,10 @@ TEST_F(DbCatalogTest, ForeignKeysSurviveReopenWithNamesAndRules) {
 TEST_F(DbCatalogTest, AddingAndDroppingKeysKeepsRowsIndexesAndOtherKeys) {
   CreateHierarchy();
   con_.Execute("CREATE INDEX flaeche ON raum (Flaeche)");
-  catalog_.AddForeignKey("raum",
-                         Relation("raum", "stock", {"Gebaeude", "Stock"}));
+  catalog_.AddForeignKey("raum", raum_key_);
   const Rows rooms = All("raum");
   // stock is the parent of raum: rebuilding it must not touch the rooms.
-  catalog_.AddForeignKey("stock", Relation("stock", "gebaeude", {"Gebaeude"}));
+  catalog_.AddForeignKey("stock", stock_key_);
   catalog_.AddForeignKey("raum", Relation("raum_g", "gebaeude", {"Gebaeude"}));
   EXPECT_EQ(All("raum"), rooms);
   EXPECT_EQ(All("stock").size(), 3u);
@@ -243,9 +245,8 @@ TEST_F(DbCatalogTest, AddingAndDroppingKeysKeepsRowsIndexesAndOtherKeys) {
 
 TEST_F(DbCatalogTest, CascadesDeletesAndUpdatesThroughKeys) {
   CreateHierarchy();
-  catalog_.AddForeignKey("stock", Relation("stock", "gebaeude", {"Gebaeude"}));
-  catalog_.AddForeignKey("raum",
-                         Relation("raum", "stock", {"Gebaeude", "Stock"}));
+  catalog_.AddForeignKey("stock", stock_key_);
+  catalog_.AddForeignKey("raum", raum_key_);
   con_.Execute("UPDATE gebaeude SET Gebaeude = 'H1' WHERE Gebaeude = 'G1'");
   EXPECT_EQ(con_.Query("SELECT Gebaeude, Raum FROM raum ORDER BY Raum"),
             (Rows{{"H1", "R1"}, {"H1", "R2"}, {"G2", "R3"}}));
@@ -266,11 +267,7 @@ TEST_F(DbCatalogTest, FailedForeignKeyLeavesTheTableAsItWas) {
   const Variant schema = SchemaOf("raum");
   const Rows rooms = All("raum");
   EXPECT_TRUE(RaisesError(
-      [&] {
-        catalog_.AddForeignKey(
-            "raum", Relation("raum", "stock", {"Gebaeude", "Stock"}));
-      },
-      dberr::kConstraint,
+      [&] { catalog_.AddForeignKey("raum", raum_key_); }, dberr::kConstraint,
       "table 'raum' has 2 record(s) without a matching record in 'stock'",
       "DbCatalog.AddForeignKey"));
   EXPECT_EQ(SchemaOf("raum"), schema);
@@ -285,12 +282,9 @@ TEST_F(DbCatalogTest, FailedForeignKeyLeavesTheTableAsItWas) {
       },
       dberr::kCatalog, "column not found: 'Etage' in table 'raum'"));
   DbConnection::Transaction open(con_);
-  EXPECT_TRUE(RaisesError(
-      [&] {
-        catalog_.AddForeignKey("stock",
-                               Relation("stock", "gebaeude", {"Gebaeude"}));
-      },
-      dberr::kTransaction, "schema rebuild not possible inside a transaction"));
+  EXPECT_TRUE(RaisesError([&] { catalog_.AddForeignKey("stock", stock_key_); },
+                          dberr::kTransaction,
+                          "schema rebuild not possible inside a transaction"));
 }
 
 TEST_F(DbCatalogTest, ReadsTablesWrittenByOtherTools) {

@@ -17,6 +17,7 @@
 #include "datasource/db_catalog.h"
 #include "datasource/db_connection.h"
 #include "datasource/qv_recordset.h"
+#include "testing/ds_helpers.h"
 #include "testing/room_schema.h"
 
 namespace qv::ds {
@@ -40,10 +41,7 @@ int InsertRooms(const std::string& path, int acks, int compacted) {
     if (!rs->openTable(con, "raum")) return 2;
     for (int i = 0; i < kInserts; ++i) {
       rs->clearVars();
-      rs->setValue("Gebaeude", Variant("G1"));
-      rs->setValue("Stock", Variant("S1"));
-      rs->setValue("Wohnung", Variant("W1"));
-      rs->setValue("Raum", Variant("N" + std::to_string(i)));
+      testing::SetKeys(*rs, {"G1", "S1", "W1", "N" + std::to_string(i)});
       rs->setValue("Bezeichnung", Variant(std::string(40, 'x')));
       rs->insertRecord();
       if (::write(acks, "+", 1) != 1) return 3;

@@ -12,31 +12,31 @@
 #include "com/safe_array.h"
 #include "datasource/db_connection.h"
 #include "datasource/qv_recordset.h"
+#include "testing/ds_helpers.h"
 #include "testing/expect_error.h"
 #include "testing/room_schema.h"
 
 namespace qv::ds {
 namespace {
 
+using qv::testing::BlockColumn;
 using qv::testing::RaisesError;
+using qv::testing::ReadBlock;
 
 class QvDsTest : public ::testing::Test {
  protected:
   // The storeys of G1 in block order: S3 (OrderNum 0), S2 (10), S1 (20).
   void SetUp() override {
     storeys_ = db_.Open("stock");
-    storeys_->setValue("Gebaeude", Variant("G1"));
-    storeys_->readBlock(1, true);
+    ReadBlock(*storeys_, {"G1"});
     ds_.loadFromRecordset(storeys_, {"Gebaeude", "Stock", "OrderNum"});
   }
 
-  std::vector<std::string> StoreysInOrder(QvRecordset& rs) {
-    std::vector<std::string> keys;
-    rs.setValue("Gebaeude", Variant("G1"));
-    rs.readBlock(1, true);
-    for (rs.moveFirst(); !rs.isEOF(); rs.moveNext())
-      keys.push_back(rs.getValue("Stock").ToString());
-    return keys;
+  // The storeys of G1 as a record set of its own reads them.
+  std::vector<std::string> StoreysInOrder() {
+    auto other = db_.Open("stock");
+    ReadBlock(*other, {"G1"});
+    return BlockColumn(*other, "Stock");
   }
 
   // The record numbers of ds_ in sorted order.
@@ -54,10 +54,7 @@ class QvDsTest : public ::testing::Test {
 
 TEST_F(QvDsTest, LoadsTheCurrentBlockWithoutMovingTheRecordSet) {
   auto rooms = db_.Open("raum");
-  rooms->setValue("Gebaeude", Variant("G2"));
-  rooms->setValue("Stock", Variant("S1"));
-  rooms->setValue("Wohnung", Variant("W1"));
-  rooms->readBlock(3, true);
+  ReadBlock(*rooms, {"G2", "S1", "W1"});
   rooms->moveTo(1);
   QvDs ds;
   ds.loadFromRecordset(rooms, {"Raum", "Bezeichnung"});
@@ -140,9 +137,7 @@ TEST_F(QvDsTest, RenumberingWritesTheChangedOrderNumbersBack) {
   ds_.setRowValue(0, "OrderNum", Variant(int32_t{30}));  // S3 last
   ds_.setRowValue(2, "OrderNum", Variant(int32_t{5}));   // S1 first
   ds_.endRenumber();
-  auto other = db_.Open("stock");
-  EXPECT_EQ(StoreysInOrder(*other),
-            (std::vector<std::string>{"S1", "S2", "S3"}));
+  EXPECT_EQ(StoreysInOrder(), (std::vector<std::string>{"S1", "S2", "S3"}));
   EXPECT_EQ(storeys_->getValue("Stock"),
             Variant("S2"));  // read again, same record
   EXPECT_EQ(storeys_->getPosition(), 1);
@@ -174,9 +169,7 @@ TEST_F(QvDsTest, RenumberingNeedsItsBeginningAndKeysAndFailsWritingNothing) {
       "Type mismatch: column 'OrderNum' of table 'stock' cannot take String "
       "\"oben\"",
       "QvDs.endRenumber"));
-  auto other = db_.Open("stock");
-  EXPECT_EQ(StoreysInOrder(*other),
-            (std::vector<std::string>{"S3", "S2", "S1"}));
+  EXPECT_EQ(StoreysInOrder(), (std::vector<std::string>{"S3", "S2", "S1"}));
 }
 
 TEST_F(QvDsTest, MembersAreReachedByName) {

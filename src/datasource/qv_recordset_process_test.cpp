@@ -14,6 +14,7 @@
 #include "com/error.h"
 #include "datasource/db_connection.h"
 #include "datasource/qv_recordset.h"
+#include "testing/ds_helpers.h"
 #include "testing/room_schema.h"
 
 namespace qv::ds {
@@ -30,10 +31,7 @@ int InsertRooms(const std::string& path) {
     if (!rs->openTable(con, "raum")) return 2;
     for (int i = 0; i < kInserted; ++i) {
       rs->clearVars();
-      rs->setValue("Gebaeude", Variant("G1"));
-      rs->setValue("Stock", Variant("S1"));
-      rs->setValue("Wohnung", Variant("W1"));
-      rs->setValue("Raum", Variant("N" + std::to_string(i)));
+      qv::testing::SetKeys(*rs, {"G1", "S1", "W1", "N" + std::to_string(i)});
       rs->setValue("OrderNum", Variant(int32_t{100 + i}));
       rs->insertRecord();
       usleep(2000);
@@ -54,8 +52,7 @@ TEST(QvRecordsetProcessTest, ASecondProcessWritesWhileOneReadsAndWrites) {
 
   auto reader = db.Open("raum");
   auto updater = db.Open("raum");
-  updater->setValue("Gebaeude", Variant("G2"));
-  updater->readBlock(1, true);
+  qv::testing::ReadBlock(*updater, {"G2"});
   int32_t seen = 0, updates = 0;
   std::string failure;
   int status = 0;
@@ -63,10 +60,7 @@ TEST(QvRecordsetProcessTest, ASecondProcessWritesWhileOneReadsAndWrites) {
   for (int round = 0; round < 20 || waitpid(child, &status, WNOHANG) == 0;
        ++round) {
     try {
-      reader->setValue("Gebaeude", Variant("G1"));
-      reader->setValue("Stock", Variant("S1"));
-      reader->setValue("Wohnung", Variant("W1"));
-      reader->readBlock(3, true);
+      qv::testing::ReadBlock(*reader, {"G1", "S1", "W1"});
       if (reader->getRecordCount() < seen) failure = "rows went missing";
       seen = reader->getRecordCount();
       if (round % 4 == 0) {
@@ -85,9 +79,8 @@ TEST(QvRecordsetProcessTest, ASecondProcessWritesWhileOneReadsAndWrites) {
   DbConnection check;
   check.Open(DbConnection::MakeConnectionString(db.path()));
   EXPECT_EQ(
-      check.QueryValue(
-          "SELECT COUNT(*) FROM raum_t WHERE Gebaeude = 'G1' AND Stock = 'S1' "
-          "AND Wohnung = 'W1'"),
+      check.QueryValue("SELECT COUNT(*) FROM raum_t WHERE Gebaeude = 'G1' "
+                       "AND Stock = 'S1' AND Wohnung = 'W1'"),
       Variant(int32_t{2 + kInserted}));
   EXPECT_EQ(check.QueryValue("SELECT COUNT(*) FROM raum WHERE Gebaeude = 'G1'"),
             Variant(int32_t{8 + kInserted}));

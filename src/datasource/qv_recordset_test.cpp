@@ -13,14 +13,18 @@
 #include "datasource/db_catalog.h"
 #include "datasource/db_connection.h"
 #include "datasource/db_error.h"
+#include "testing/ds_helpers.h"
 #include "testing/expect_error.h"
 #include "testing/room_schema.h"
 
 namespace qv::ds {
 namespace {
 
+using qv::testing::BlockColumn;
 using qv::testing::RaisesError;
+using qv::testing::ReadBlock;
 using qv::testing::RoomDatabase;
+using qv::testing::SetKeys;
 
 // 2 buildings x 3 storeys x 2 apartments x 3 rooms; "OrderNum" puts the
 // highest key number of each block first.
@@ -31,21 +35,6 @@ class QvRecordsetTest : public ::testing::Test {
 
 std::string Text(const QvRecordset& rs, const std::string& field) {
   return rs.getValue(field).ToString();
-}
-
-// The room keys of the whole block, in block order.
-std::vector<std::string> RoomKeys(QvRecordset& rs) {
-  std::vector<std::string> keys;
-  for (rs.moveFirst(); !rs.isEOF(); rs.moveNext()) {
-    keys.push_back(Text(rs, "Gebaeude") + "/" + Text(rs, "Stock") + "/" +
-                   Text(rs, "Wohnung") + "/" + Text(rs, "Raum"));
-  }
-  return keys;
-}
-
-void SetKeys(QvRecordset& rs, const std::vector<std::string>& keys) {
-  for (size_t i = 0; i < keys.size(); ++i)
-    rs.setFieldValue(static_cast<int16_t>(i), Variant(keys[i]));
 }
 
 TEST_F(QvRecordsetTest,
@@ -80,12 +69,10 @@ TEST_F(QvRecordsetTest, PlainTableGivesPrimaryKeyColumnsFirst) {
   auto rs = db_.Open("plain");
   EXPECT_EQ(rs->getKeyCount(), 2);
   std::vector<std::string> names;
-  std::vector<double> values;
   for (int16_t i = 0; i < 3; ++i) names.push_back(rs->getFieldName(i));
-  for (rs->moveFirst(); !rs->isEOF(); rs->moveNext())
-    values.push_back(rs->getFieldValue(2).ToDouble());
   EXPECT_EQ(names, (std::vector<std::string>{"Nr", "Name", "Wert"}));
-  EXPECT_EQ(values, (std::vector<double>{0.5, 2.5, 1.5}));  // by Nr, then Name
+  EXPECT_EQ(BlockColumn(*rs, "Wert"),
+            (std::vector<std::string>{"0.5", "2.5", "1.5"}));  // by Nr, Name
 }
 
 TEST_F(QvRecordsetTest, OpenTableReportsFailureByItsResult) {
@@ -115,18 +102,14 @@ TEST_F(QvRecordsetTest, ReadBlockByOneToFourLeadingKeys) {
     EXPECT_TRUE(rs->readBlock(c.keys, true));
     EXPECT_EQ(rs->getRecordCount(), c.records);
   }
-  EXPECT_EQ(RoomKeys(*rs), (std::vector<std::string>{"G2/S1/W2/R1"}));
+  EXPECT_EQ(rs->getKeyValues().ToArray(), SafeArray({"G2", "S1", "W2", "R1"}));
 }
 
 TEST_F(QvRecordsetTest, BlockOrderIsOrderNumThenKeyAtEveryLevel) {
   auto rs = db_.Open("stock");
   auto storeys = [&] {
-    SetKeys(*rs, {"G1"});
-    rs->readBlock(1, true);
-    std::vector<std::string> keys;
-    for (rs->moveFirst(); !rs->isEOF(); rs->moveNext())
-      keys.push_back(Text(*rs, "Stock"));
-    return keys;
+    ReadBlock(*rs, {"G1"});
+    return BlockColumn(*rs, "Stock");
   };
   EXPECT_EQ(storeys(), (std::vector<std::string>{"S3", "S2", "S1"}));
   // Equal order numbers fall back to the key.
@@ -140,14 +123,12 @@ TEST_F(QvRecordsetTest, BlockOrderIsOrderNumThenKeyAtEveryLevel) {
 
 TEST_F(QvRecordsetTest, TextKeysIgnoreCaseAndAnEmptyBlockEmptiesTheRest) {
   auto rs = db_.Open("raum");
-  SetKeys(*rs, {"g1", "s2", "w1"});
-  EXPECT_TRUE(rs->readBlock(3, true));
+  EXPECT_TRUE(ReadBlock(*rs, {"g1", "s2", "w1"}));
   EXPECT_EQ(rs->getRecordCount(), 3);
   EXPECT_EQ(Text(*rs, "Wohnung"), "W1");  // the stored form
   EXPECT_TRUE(rs->findKey("raum", Variant("r2")));
   EXPECT_EQ(Text(*rs, "Raum"), "R2");
-  SetKeys(*rs, {"G1", "S9"});
-  EXPECT_FALSE(rs->readBlock(2, true));
+  EXPECT_FALSE(ReadBlock(*rs, {"G1", "S9"}));
   EXPECT_TRUE(rs->isBlockEmpty());
   EXPECT_TRUE(rs->isEOF());
   EXPECT_TRUE(rs->isBOF());
@@ -160,8 +141,7 @@ TEST_F(QvRecordsetTest, TextKeysIgnoreCaseAndAnEmptyBlockEmptiesTheRest) {
 
 TEST_F(QvRecordsetTest, MovesAndFindKeyStayInsideTheBlockUntilReread) {
   auto rs = db_.Open("raum");
-  SetKeys(*rs, {"G1", "S1", "W1"});
-  rs->readBlock(3, true);
+  ReadBlock(*rs, {"G1", "S1", "W1"});
   rs->moveLast();
   EXPECT_EQ(Text(*rs, "Raum"), "R1");
   EXPECT_EQ(rs->getPosition(), 2);
@@ -241,8 +221,7 @@ TEST_F(QvRecordsetTest, MembersAreReachedByName) {
 
 TEST_F(QvRecordsetTest, TheConnectionClosesUnderOpenRecordSetsAndOpensAgain) {
   auto rs = db_.Open("raum");
-  SetKeys(*rs, {"G1", "S1", "W1"});
-  ASSERT_TRUE(rs->readBlock(3, true));
+  ASSERT_TRUE(ReadBlock(*rs, {"G1", "S1", "W1"}));
   EXPECT_THROW(rs->insertRecord(),
                Error);  // a duplicate, after preparing write statements
   db_.con()->Close();
@@ -250,8 +229,7 @@ TEST_F(QvRecordsetTest, TheConnectionClosesUnderOpenRecordSetsAndOpensAgain) {
   EXPECT_TRUE(RaisesError([&] { rs->readBlock(3, true); }, dberr::kNotOpen,
                           "connection is closed"));
   db_.con()->Open(DbConnection::MakeConnectionString(db_.path()));
-  SetKeys(*rs, {"G2", "S1", "W1"});
-  ASSERT_TRUE(rs->readBlock(3, true));
+  ASSERT_TRUE(ReadBlock(*rs, {"G2", "S1", "W1"}));
   EXPECT_EQ(Text(*rs, "Bezeichnung"), "Raum G2/S1/W1/R3");
 }
 

@@ -12,6 +12,7 @@
 #include "datasource/db_connection.h"
 #include "datasource/db_error.h"
 #include "datasource/qv_recordset.h"
+#include "testing/ds_helpers.h"
 #include "testing/expect_error.h"
 #include "testing/room_schema.h"
 
@@ -19,6 +20,7 @@ namespace qv::ds {
 namespace {
 
 using qv::testing::RaisesError;
+using qv::testing::ReadBlock;
 using qv::testing::RoomDatabase;
 
 constexpr char kFkText[] =
@@ -27,11 +29,12 @@ constexpr char kFkText[] =
 
 class QvRecordsetWriteTest : public ::testing::Test {
  protected:
-  // A second connection on the file sees only what was written through.
-  int32_t CountInFile(const std::string& sql) {
+  // The rows of `from` ("table WHERE ...") as a second connection on the
+  // file sees them: only what was written through.
+  int32_t Count(const std::string& from) {
     DbConnection other;
     other.Open(DbConnection::MakeConnectionString(db_.path()));
-    return other.QueryValue(sql).ToLong();
+    return other.QueryValue("SELECT COUNT(*) FROM " + from).ToLong();
   }
 
   // Data rows without a key row and key rows without a data row, over the
@@ -45,12 +48,10 @@ class QvRecordsetWriteTest : public ::testing::Test {
         match += (k > 0 ? " AND " : "") + ("a." + keys[k]) + " = b." + keys[k];
       }
       const std::string t = keys[level];
-      orphans += CountInFile("SELECT COUNT(*) FROM " + t +
-                             "_t a WHERE NOT EXISTS (SELECT 1 FROM " + t +
-                             " b WHERE " + match + ")");
-      orphans += CountInFile("SELECT COUNT(*) FROM " + t +
-                             " a WHERE NOT EXISTS (SELECT 1 FROM " + t +
-                             "_t b WHERE " + match + ")");
+      orphans += Count(t + "_t a WHERE NOT EXISTS (SELECT 1 FROM " + t +
+                       " b WHERE " + match + ")");
+      orphans += Count(t + " a WHERE NOT EXISTS (SELECT 1 FROM " + t +
+                       "_t b WHERE " + match + ")");
     }
     return orphans;
   }
@@ -58,16 +59,9 @@ class QvRecordsetWriteTest : public ::testing::Test {
   void SetRoom(QvRecordset& rs, const std::vector<std::string>& keys,
                int32_t order_num, const std::string& label) {
     rs.clearVars();
-    for (size_t i = 0; i < keys.size(); ++i)
-      rs.setFieldValue(static_cast<int16_t>(i), Variant(keys[i]));
+    qv::testing::SetKeys(rs, keys);
     rs.setValue("OrderNum", Variant(order_num));
     rs.setValue("Bezeichnung", Variant(label));
-  }
-
-  void ReadBlock(QvRecordset& rs, const std::vector<std::string>& keys) {
-    for (size_t i = 0; i < keys.size(); ++i)
-      rs.setFieldValue(static_cast<int16_t>(i), Variant(keys[i]));
-    rs.readBlock(static_cast<int16_t>(keys.size()), true);
   }
 
   RoomDatabase db_{{2, 3, 2, 3}};
@@ -79,13 +73,10 @@ TEST_F(QvRecordsetWriteTest,
   ReadBlock(*rs, {"G1", "S1", "W1"});
   SetRoom(*rs, {"G1", "S1", "W1", "R9"}, 15, "Neu");
   rs->insertRecord();
-  EXPECT_EQ(CountInFile("SELECT COUNT(*) FROM raum WHERE Raum = 'R9' AND "
-                        "OtherFields IS NULL"),
-            1);
+  EXPECT_EQ(Count("raum WHERE Raum = 'R9' AND OtherFields IS NULL"), 1);
   EXPECT_EQ(
-      CountInFile(
-          "SELECT COUNT(*) FROM raum_t WHERE Raum = 'R9' AND OrderNum = 15 "
-          "AND Bezeichnung = 'Neu'"),
+      Count(
+          "raum_t WHERE Raum = 'R9' AND OrderNum = 15 AND Bezeichnung = 'Neu'"),
       1);
   EXPECT_EQ(rs->getRecordCount(), 4);
   EXPECT_EQ(rs->getPosition(), 2);  // R3 (0), R2 (10), R9 (15), R1 (20)
@@ -97,15 +88,14 @@ TEST_F(QvRecordsetWriteTest, InsertRefusesOrphansAndExistingKeysInAnyCase) {
   SetRoom(*rs, {"G9", "S1", "W1", "R1"}, 0, "Waise");
   EXPECT_TRUE(RaisesError([&] { rs->insertRecord(); }, dberr::kConstraint,
                           kFkText, "QvRecordset.insertRecord"));
-  EXPECT_EQ(CountInFile("SELECT COUNT(*) FROM raum_t WHERE Gebaeude = 'G9'"),
-            0);
-  EXPECT_EQ(CountInFile("SELECT COUNT(*) FROM raum WHERE Gebaeude = 'G9'"), 0);
+  EXPECT_EQ(Count("raum_t WHERE Gebaeude = 'G9'"), 0);
+  EXPECT_EQ(Count("raum WHERE Gebaeude = 'G9'"), 0);
   SetRoom(*rs, {"g1", "s1", "w1", "r1"}, 0, "Doppelt");
   EXPECT_TRUE(RaisesError(
       [&] { rs->insertRecord(); }, dberr::kConstraint,
       "duplicate key in table 'Raum': Gebaeude, Stock, Wohnung, Raum",
       "QvRecordset.insertRecord"));
-  EXPECT_EQ(CountInFile("SELECT COUNT(*) FROM raum_t"), 36);
+  EXPECT_EQ(Count("raum_t"), 36);
 }
 
 TEST_F(QvRecordsetWriteTest, UpdateWritesThroughAndKeepsTheRecordCurrent) {
@@ -115,10 +105,10 @@ TEST_F(QvRecordsetWriteTest, UpdateWritesThroughAndKeepsTheRecordCurrent) {
   rs->setValue("OrderNum", Variant(int32_t{99}));
   rs->setValue("Bezeichnung", Variant("Bad"));
   rs->updateRecord();
-  EXPECT_EQ(CountInFile("SELECT COUNT(*) FROM raum_t WHERE Gebaeude = 'G1' AND "
-                        "Stock = 'S1' AND Wohnung = 'W1' AND Raum = 'R3' AND "
-                        "OrderNum = 99 AND Bezeichnung = 'Bad'"),
-            1);
+  EXPECT_EQ(
+      Count("raum_t WHERE Gebaeude = 'G1' AND Stock = 'S1' AND Wohnung = 'W1' "
+            "AND Raum = 'R3' AND OrderNum = 99 AND Bezeichnung = 'Bad'"),
+      1);
   EXPECT_EQ(rs->getPosition(), 2);  // now last: R2, R1, R3
   EXPECT_EQ(rs->getValue("Bezeichnung"), Variant("Bad"));
   rs->moveFirst();
@@ -131,13 +121,11 @@ TEST_F(QvRecordsetWriteTest, RenamingAKeyTakesTheChildrenAlong) {
   ASSERT_TRUE(rs->findKey("Wohnung", Variant("W1")));
   rs->setValue("Wohnung", Variant("W7"));
   rs->updateRecord();
-  EXPECT_EQ(CountInFile("SELECT COUNT(*) FROM raum_t WHERE Gebaeude = 'G1' AND "
-                        "Stock = 'S1' AND Wohnung = 'W7'"),
-            3);
   EXPECT_EQ(
-      CountInFile(
-          "SELECT COUNT(*) FROM raum WHERE Wohnung = 'W1' AND Stock = 'S1' AND "
-          "Gebaeude = 'G1'"),
+      Count("raum_t WHERE Gebaeude = 'G1' AND Stock = 'S1' AND Wohnung = 'W7'"),
+      3);
+  EXPECT_EQ(
+      Count("raum WHERE Wohnung = 'W1' AND Stock = 'S1' AND Gebaeude = 'G1'"),
       0);
   EXPECT_EQ(Orphans(), 0);
   EXPECT_EQ(rs->getValue("Wohnung"), Variant("W7"));
@@ -151,11 +139,9 @@ TEST_F(QvRecordsetWriteTest, DeleteRemovesTheDataRowsOfAllDescendants) {
   EXPECT_EQ(rs->getRecordCount(), 2);
   EXPECT_EQ(rs->getValue("Stock"),
             Variant("S1"));  // the next record: S3, S2, S1
-  EXPECT_EQ(CountInFile("SELECT COUNT(*) FROM stock_t"), 5);
-  EXPECT_EQ(CountInFile("SELECT COUNT(*) FROM wohnung_t WHERE Gebaeude = 'G1' "
-                        "AND Stock = 'S2'"),
-            0);
-  EXPECT_EQ(CountInFile("SELECT COUNT(*) FROM raum_t"), 30);
+  EXPECT_EQ(Count("stock_t"), 5);
+  EXPECT_EQ(Count("wohnung_t WHERE Gebaeude = 'G1' AND Stock = 'S2'"), 0);
+  EXPECT_EQ(Count("raum_t"), 30);
   EXPECT_EQ(Orphans(), 0);
   rs->moveNext();
   EXPECT_TRUE(RaisesError([&] { rs->deleteRecord(); }, err::kObjectError1000,
@@ -180,7 +166,7 @@ TEST_F(QvRecordsetWriteTest,
                           text, "QvRecordset.updateRecord"));
   EXPECT_TRUE(RaisesError([&] { rs->deleteRecord(); }, err::kObjectError1000,
                           text, "QvRecordset.deleteRecord"));
-  EXPECT_EQ(CountInFile("SELECT COUNT(*) FROM nokey WHERE B IS NULL"), 2);
+  EXPECT_EQ(Count("nokey WHERE B IS NULL"), 2);
 }
 
 class QvRecordsetValuesTest : public QvRecordsetWriteTest {
@@ -225,8 +211,8 @@ TEST_F(QvRecordsetValuesTest, EmptyLastKeyOfANumericTableGetsTheNextNumber) {
   Insert("A", Variant(int32_t{10}));
   Insert("A", Variant());
   EXPECT_EQ(rs_->getValue("Nr"), Variant(int32_t{11}));
-  EXPECT_EQ(CountInFile("SELECT COUNT(*) FROM pos_t WHERE Projekt = 'A'"), 4);
-  EXPECT_EQ(CountInFile("SELECT COUNT(*) FROM pos"), 5);
+  EXPECT_EQ(Count("pos_t WHERE Projekt = 'A'"), 4);
+  EXPECT_EQ(Count("pos"), 5);
 }
 
 TEST_F(QvRecordsetValuesTest, ValuesAreStoredWithTheColumnsTypes) {
@@ -240,8 +226,7 @@ TEST_F(QvRecordsetValuesTest, ValuesAreStoredWithTheColumnsTypes) {
   rs_->setValue("Wert", Variant(int16_t{3}));
   rs_->setValue("Notiz", Variant(std::string(2000, 'x')));
   rs_->insertRecord();
-  EXPECT_EQ(CountInFile("SELECT COUNT(*) FROM pos_t WHERE Aktiv = -1 AND "
-                        "Datum = '2024-03-01 12:30:00'"),
+  EXPECT_EQ(Count("pos_t WHERE Aktiv = -1 AND Datum = '2024-03-01 12:30:00'"),
             1);
   auto again = db_.Open("pos");
   EXPECT_EQ(again->getValue("Nr"), Variant(int32_t{7}));
@@ -288,8 +273,8 @@ TEST_F(QvRecordsetValuesTest,
                             "QvRecordset.insertRecord"));
     rs_->setValue(c.column, fitting);
   }
-  EXPECT_EQ(CountInFile("SELECT COUNT(*) FROM pos_t"), 1);
-  EXPECT_EQ(CountInFile("SELECT COUNT(*) FROM pos"), 1);
+  EXPECT_EQ(Count("pos_t"), 1);
+  EXPECT_EQ(Count("pos"), 1);
 }
 
 }  // namespace
