@@ -35,13 +35,9 @@ class ConvertTableTest : public ::testing::Test {
   CQvConnection& con() { return db_.connection(); }
   ds::DbCatalog catalog() { return ds::DbCatalog(db_.db()); }
 
-  std::shared_ptr<QvRecordset> Open(const std::string& table) {
-    return db_.OpenRecordset(table);
-  }
-
   void AddRooms(int count) {
     ds::DbConnection::Transaction transaction(db_.db());
-    std::shared_ptr<QvRecordset> rs = Open("raum");
+    std::shared_ptr<QvRecordset> rs = db_.OpenRecordset("raum");
     for (int i = 0; i < count; ++i) {
       rs->clearVars();
       rs->setValue("Gebaeude", fmt::format("G{}", i / 100));
@@ -55,7 +51,7 @@ class ConvertTableTest : public ::testing::Test {
 
   // Every record of a table, field by field, in key order.
   Rows Records(const std::string& table) {
-    std::shared_ptr<QvRecordset> rs = Open(table);
+    std::shared_ptr<QvRecordset> rs = db_.OpenRecordset(table);
     rs->readBlock(0, true);
     Rows rows;
     for (int32_t r = 0; r < rs->getRecordCount(); ++r) {
@@ -74,7 +70,7 @@ class ConvertTableTest : public ::testing::Test {
                            {.name = "Nr", .type = 3},
                            {.name = "Daten", .type = 203}},
                           {"Name", "Nr"});
-    std::shared_ptr<QvRecordset> rs = Open("qvtemplate");
+    std::shared_ptr<QvRecordset> rs = db_.OpenRecordset("qvtemplate");
     int nr = 0;
     for (const char* name : {"raum", "RAUM", "gebaeude", "raum_t"}) {
       rs->clearVars();
@@ -212,7 +208,7 @@ TEST_F(ConvertTableTest, AFailureHalfWayLeavesTableRecordsAndVersion) {
 
 TEST_F(ConvertTableTest, TheCachedRecordSetSeesTheNewColumns) {
   AddRooms(2);
-  std::shared_ptr<QvRecordset> building = Open("gebaeude");
+  std::shared_ptr<QvRecordset> building = db_.OpenRecordset("gebaeude");
   building->setValue("Gebaeude", "G0");
   building->insertRecord();
   con().setChild("gebaeude", "raum");

@@ -37,12 +37,8 @@ class RelationTest : public ::testing::Test {
   CQvConnection& con() { return db_.connection(); }
   ds::DbCatalog catalog() { return ds::DbCatalog(db_.db()); }
 
-  std::shared_ptr<QvRecordset> Open(const std::string& table) {
-    return db_.OpenRecordset(table);
-  }
-
   void AddRecord(const std::string& table, std::vector<Variant> values) {
-    std::shared_ptr<QvRecordset> rs = Open(table);
+    std::shared_ptr<QvRecordset> rs = db_.OpenRecordset(table);
     rs->clearVars();
     for (size_t i = 0; i < values.size(); ++i) {
       rs->setFieldValue(static_cast<int16_t>(i), values[i]);
@@ -52,7 +48,7 @@ class RelationTest : public ::testing::Test {
 
   // The second key (or the only one) of every record of a table.
   std::vector<std::string> Names(const std::string& table) {
-    std::shared_ptr<QvRecordset> rs = Open(table);
+    std::shared_ptr<QvRecordset> rs = db_.OpenRecordset(table);
     rs->readBlock(0, true);
     std::vector<std::string> names;
     const int16_t field = rs->getKeyCount() - 1;
@@ -171,7 +167,7 @@ TEST_F(RelationTest, OpenedWithParentTheChildFollowsTheParent) {
 
 TEST_F(RelationTest, DeletingAParentDeletesItsChildren) {
   con().setChild("gebaeude", "raum");
-  std::shared_ptr<QvRecordset> gebaeude = Open("gebaeude");
+  std::shared_ptr<QvRecordset> gebaeude = db_.OpenRecordset("gebaeude");
   gebaeude->readBlock(0, true);
   gebaeude->deleteRecord();
   EXPECT_EQ(Names("gebaeude"), std::vector<std::string>{"G2"});
@@ -193,7 +189,7 @@ TEST_F(RelationTest, DelChildRemovesOnlyThatRelationAndKeepsTheData) {
   EXPECT_EQ(Names("raum"), (std::vector<std::string>{"R1", "R2", "R3"}));
   EXPECT_EQ(DataRows("raum_t"), 3);
   // No cascade any more.
-  std::shared_ptr<QvRecordset> gebaeude = Open("gebaeude");
+  std::shared_ptr<QvRecordset> gebaeude = db_.OpenRecordset("gebaeude");
   gebaeude->readBlock(0, true);
   gebaeude->deleteRecord();
   EXPECT_EQ(Names("raum"), (std::vector<std::string>{"R1", "R2", "R3"}));
