@@ -22,13 +22,20 @@ if(QVGLOBAL_TEST_SOURCES OR QVGLOBAL_TOOL_TEST_SOURCES)
   target_include_directories(qvglobal_tests PRIVATE "${PROJECT_SOURCE_DIR}/src")
   target_link_libraries(qvglobal_tests PRIVATE
     qvglobal GTest::gtest_main GTest::gmock fmt::fmt SQLiteCpp SQLite::SQLite3)
-  target_compile_definitions(qvglobal_tests PRIVATE
-    QVGLOBAL_SOURCE_DIR="${PROJECT_SOURCE_DIR}")
+  # The paths of this checkout go into one file only, so that every other
+  # test source compiles to the same command in any checkout (a compiler
+  # cache then serves a second checkout or worktree).
+  set(_tool_path "")
   if(TARGET qv)
     # Tests that run the tool find it here; building the tests builds it.
-    target_compile_definitions(qvglobal_tests PRIVATE QVGLOBAL_QV_TOOL="$<TARGET_FILE:qv>")
+    set(_tool_path "$<TARGET_FILE:qv>")
+    target_compile_definitions(qvglobal_tests PRIVATE
+      "QVGLOBAL_QV_TOOL=::qv::testing::QvToolPath()")
     add_dependencies(qvglobal_tests qv)
   endif()
+  set_source_files_properties("${PROJECT_SOURCE_DIR}/src/testing/run_tool.cpp"
+    TARGET_DIRECTORY qvglobal_tests PROPERTIES COMPILE_DEFINITIONS
+    "QVGLOBAL_SOURCE_DIR_PATH=\"${PROJECT_SOURCE_DIR}\";QVGLOBAL_QV_TOOL_PATH=\"${_tool_path}\"")
   if(QVGLOBAL_TOOL_TEST_SOURCES AND TARGET qv_core)
     target_link_libraries(qvglobal_tests PRIVATE qv_core)
   endif()

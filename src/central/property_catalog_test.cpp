@@ -12,6 +12,7 @@
 #include "central/qv_properties.h"
 #include "com/class_factory.h"
 #include "testing/expect_error.h"
+#include "testing/run_tool.h"
 #include "testing/scoped_env.h"
 #include "testing/temp_dir.h"
 
@@ -21,12 +22,16 @@ namespace {
 using ::qv::testing::RaisesError;
 
 constexpr int32_t kError1000 = -2147220504;
-const char kSourceFile[] = QVGLOBAL_SOURCE_DIR "/src/central/properties.tsv";
+// The catalogue file as shipped in the source tree.
+std::string SourceFile() {
+  return std::string(::qv::testing::SourceDir()) +
+         "/src/central/properties.tsv";
+}
 
 constexpr char kVariable[] = "QV_PROPERTIES_FILE";
 
 TEST(PropertyCatalogTest, ConvertsAndRoundsInBothLanguages) {
-  const PropertyCatalog catalog = PropertyCatalog::Load(kSourceFile);
+  const PropertyCatalog catalog = PropertyCatalog::Load(SourceFile());
   const struct {
     const char* reference;
     double value;
@@ -97,7 +102,7 @@ TEST(PropertyCatalogTest, BrokenEntriesNameFileAndLine) {
 }
 
 TEST(PropertyCatalogTest, BuiltInCopyIsTheShippedFile) {
-  const PropertyCatalog shipped = PropertyCatalog::Load(kSourceFile);
+  const PropertyCatalog shipped = PropertyCatalog::Load(SourceFile());
   const PropertyCatalog built_in =
       PropertyCatalog::Parse(internal::kBuiltinProperties, "built-in");
   EXPECT_GE(shipped.entries().size(), 40u);

@@ -11,6 +11,9 @@
 
 namespace qv::testing {
 
+const char* SourceDir() { return QVGLOBAL_SOURCE_DIR_PATH; }
+const char* QvToolPath() { return QVGLOBAL_QV_TOOL_PATH; }
+
 ToolRun RunTool(const std::string& program, const std::string& args,
                 const std::string& env) {
   TempDir scratch;

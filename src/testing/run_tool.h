@@ -29,6 +29,12 @@ void PrintTo(const ToolRun& run, std::ostream* os);
 ToolRun RunTool(const std::string& program, const std::string& args,
                 const std::string& env = "");
 
+// The checkout the tests were built from, and the qv tool they were built
+// with ("" when the build has no tool; then QVGLOBAL_QV_TOOL is undefined and
+// the tool's tests are left out).
+const char* SourceDir();
+const char* QvToolPath();
+
 #ifdef QVGLOBAL_QV_TOOL
 // Runs the qv tool that the tests were built with.
 inline ToolRun RunQv(const std::string& args, const std::string& env = "") {
