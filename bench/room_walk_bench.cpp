@@ -234,6 +234,14 @@ std::string FreshCopy(const char* name) {
   return copy;
 }
 
+// Opens a fresh copy (see FreshCopy) for writing; `copy` receives its path.
+sqlite3* OpenFreshCopy(const char* name, std::string* copy) {
+  *copy = FreshCopy(name);
+  sqlite3* db = nullptr;
+  sqlite3_open_v2(copy->c_str(), &db, SQLITE_OPEN_READWRITE, nullptr);
+  return db;
+}
+
 // Writes the numbers 0, 1, 2 ... to the rooms' "OrderNum" in the given order.
 int32_t WriteOrderNumbers(sqlite3* db, const std::vector<Key>& rooms) {
   const std::string sql =
@@ -259,9 +267,7 @@ void BM_FloorW(benchmark::State& state) {
   std::string copy;
   for (auto _ : state) {
     state.PauseTiming();
-    copy = FreshCopy("room_walk_floor_w.qv3");
-    sqlite3* db = nullptr;
-    sqlite3_open_v2(copy.c_str(), &db, SQLITE_OPEN_READWRITE, nullptr);
+    sqlite3* db = OpenFreshCopy("room_walk_floor_w.qv3", &copy);
     state.ResumeTiming();
     Exec(db, "BEGIN");
     std::vector<Key> rooms;
@@ -284,9 +290,7 @@ void BM_FloorU(benchmark::State& state) {
   std::string copy;
   for (auto _ : state) {
     state.PauseTiming();
-    copy = FreshCopy("room_walk_floor_u.qv3");
-    sqlite3* db = nullptr;
-    sqlite3_open_v2(copy.c_str(), &db, SQLITE_OPEN_READWRITE, nullptr);
+    sqlite3* db = OpenFreshCopy("room_walk_floor_u.qv3", &copy);
     state.ResumeTiming();
     Exec(db, "UPDATE \"Raum_t\" SET \"OrderNum\" = \"OrderNum\" + 1");
     state.PauseTiming();
