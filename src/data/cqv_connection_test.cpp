@@ -206,9 +206,11 @@ TEST_F(CQvConnectionTest, SavesAndRestoresThePositionOfEveryTable) {
   db_.AddBuildingAndRoom();
   for (const char* raum : {"R1", "R2", "R3"}) AddRoom("G1", raum, 1);
   std::shared_ptr<QvRecordset> gebaeude = con().getTable("gebaeude");
-  gebaeude->clearVars();
-  gebaeude->setValue("Gebaeude", "G1");
-  gebaeude->insertRecord();
+  for (const char* key : {"G1", "G2"}) {
+    gebaeude->clearVars();
+    gebaeude->setValue("Gebaeude", key);
+    gebaeude->insertRecord();
+  }
   std::shared_ptr<QvRecordset> raum = con().getTable("raum");
   raum->readBlock(0, true);
   raum->moveTo(1);
@@ -218,10 +220,14 @@ TEST_F(CQvConnectionTest, SavesAndRestoresThePositionOfEveryTable) {
   EXPECT_EQ(raum->getValue("Raum"), Variant("R2"));
   // The saved record of one table is gone: the others are still restored.
   raum->moveTo(2);
+  gebaeude->readBlock(0, true);
+  gebaeude->moveTo(1);
   con().saveIterPos();
   raum->deleteRecord();
   raum->moveFirst();
+  gebaeude->moveFirst();
   EXPECT_FALSE(con().loadIterPos());
+  EXPECT_EQ(gebaeude->getValue("Gebaeude"), Variant("G2"));
 }
 
 // clearClipboards and the end of a connection empty the current clipboard
