@@ -13,6 +13,7 @@
 #include "datasource/db_connection.h"
 #include "datasource/db_error.h"
 #include "datasource/qv_recordset.h"
+#include "testing/ds_helpers.h"
 #include "testing/expect_error.h"
 #include "testing/project_database.h"
 
@@ -50,12 +51,7 @@ class RelationTest : public ::testing::Test {
   std::vector<std::string> Names(const std::string& table) {
     std::shared_ptr<QvRecordset> rs = db_.OpenRecordset(table);
     rs->readBlock(0, true);
-    std::vector<std::string> names;
-    const int16_t field = rs->getKeyCount() - 1;
-    for (int32_t r = 0; r < rs->getRecordCount(); ++r) {
-      names.push_back(rs->getBlockValue(r, field).ToString());
-    }
-    return names;
+    return testing::BlockColumn(*rs, rs->getFieldName(rs->getKeyCount() - 1));
   }
 
   int32_t DataRows(const std::string& table) {

@@ -17,6 +17,12 @@ namespace {
 
 constexpr char kTemporaryMark[] = ".qvtmp-";
 
+// The folder that holds `path` ("." for a bare file name).
+std::filesystem::path FolderOf(const std::string& path) {
+  const std::filesystem::path file(path);
+  return file.has_parent_path() ? file.parent_path() : ".";
+}
+
 // True the first time a path is asked for in this process.
 bool FirstTimeFor(const std::string& path) {
   static std::mutex mutex;
@@ -83,9 +89,7 @@ std::string WriteTemporary(const std::string& path, std::string_view bytes,
 // (network shares among them) refuse to flush a folder; the new name stands
 // either way, so a refusal is not an error.
 void SyncFolderOf(const std::string& path) {
-  const std::filesystem::path file(path);
-  const std::string folder =
-      file.has_parent_path() ? file.parent_path().string() : ".";
+  const std::string folder = FolderOf(path).string();
   UniqueFd fd(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
   if (fd.valid()) (void)::fsync(fd.get());
 }
@@ -186,7 +190,7 @@ void RemoveStaleTemporaries(const std::string& path) {
   const std::string prefix = file.filename().string() + kTemporaryMark;
   const auto stale_before = fs::file_time_type::clock::now() -
                             std::chrono::seconds(kStaleTemporaryAgeSeconds);
-  const fs::path folder = file.has_parent_path() ? file.parent_path() : ".";
+  const fs::path folder = FolderOf(path);
   std::error_code ec;
   for (fs::directory_iterator it(folder, ec), end; !ec && it != end;
        it.increment(ec)) {
