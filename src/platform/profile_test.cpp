@@ -259,6 +259,12 @@ TEST_F(ProfileTest, KeepsTheEncodingWhereItCanHoldTheText) {
   ASSERT_TRUE(Write("S", "w", "Ω"));
   EXPECT_EQ(Bytes(), "[S]\r\nk=ä\r\nj=ö€\r\nw=Ω\r\n");
   EXPECT_EQ(Profile::GetString(file_, "S", "k", ""), "ä");
+  // Bytes that would read as UTF-8 once the last invalid one is gone are
+  // written as UTF-8, so that "Ã¤" does not turn into "ä".
+  Put("[S]\nk=\xC3\xA4\nd=\x80\n");
+  ASSERT_TRUE(Profile::WriteString(file_, "S", "d", std::nullopt));
+  EXPECT_EQ(Bytes(), "[S]\nk=Ã¤\n");
+  EXPECT_EQ(Profile::GetString(file_, "S", "k", ""), "Ã¤");
   // UTF-8 with a byte order mark keeps it.
   Put("\xEF\xBB\xBF[S]\nk=v\n");
   ASSERT_TRUE(Write("S", "k", "ü"));

@@ -137,7 +137,12 @@ std::string ProfileDocument::ToBytes() && {
 
 std::string ProfileDocument::ToBytes() const& {
   if (windows1252_) {
-    if (std::optional<std::string> bytes = ToWindows1252(text_)) {
+    // A file is read as UTF-8 when its bytes are valid UTF-8; an edit that
+    // removes the last byte that made them invalid would change what the
+    // rest of the file reads as (a leading "ï»¿" would become a byte order
+    // mark, "Ã¤" an "ä"). Such bytes are written as UTF-8 instead.
+    std::optional<std::string> bytes = ToWindows1252(text_);
+    if (bytes && (IsAscii(*bytes) || !text::IsValidUtf8(*bytes))) {
       return *std::move(bytes);
     }
     return text_;

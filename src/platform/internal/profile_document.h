@@ -43,8 +43,9 @@ class ProfileDocument {
   static ProfileDocument FromBytes(std::string bytes);
 
   // The file's bytes in the document's encoding. A Windows-1252 document
-  // whose text holds a character that code page cannot hold is written as
-  // UTF-8 (without a byte order mark) instead.
+  // whose text holds a character that code page cannot hold, or whose bytes
+  // in that code page would be valid UTF-8 (and so be read as UTF-8), is
+  // written as UTF-8 (without a byte order mark) instead.
   std::string ToBytes() const&;
   // The same, taking the text over where it needs no encoding.
   std::string ToBytes() &&;
