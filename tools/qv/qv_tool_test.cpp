@@ -2,13 +2,11 @@
 // exit status.
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <string>
 #include <vector>
 
-#include "com/text.h"
 #include "testing/run_tool.h"
 #include "testing/temp_dir.h"
 
@@ -26,11 +24,7 @@ using ::qv::testing::ToolRun;
 TEST(QvToolTest, KeysPrintsOneKeyStringPerLineUpToAnUnknownCode) {
   const std::string unknown =
       "CQVActiveBar->ABKeyCodeToSendKeyStr: Nicht zuweisbarer KeyCode ";
-  EXPECT_EQ(
-      RunQv("keys 0 1 26 37 38 70 71 75"),
-      (ToolRun{0, "\n^a\n^z\n{F11}\n^{F1}\n+^{F11}\n^{INSERT}\n%{BACKSPACE}\n",
-               ""}));
-  EXPECT_EQ(RunQv("keys 76"), (ToolRun{1, "", unknown + "76\n"}));
+  EXPECT_EQ(RunQv("keys 0 1 75"), (ToolRun{0, "\n^a\n%{BACKSPACE}\n", ""}));
   EXPECT_EQ(RunQv("keys 49 -1 2"), (ToolRun{1, "+{F1}\n", unknown + "-1\n"}));
 }
 
@@ -83,52 +77,39 @@ TEST(QvToolTest, VersionAndHelp) {
   }
 }
 
-TEST(QvToolTest, ClassesListsTheProgIdsSorted) {
+TEST(QvToolTest, ClassesListsTheProgIdsInRegistryOrder) {
   const ToolRun run = RunQv("classes");
   EXPECT_EQ(run.status, 0);
   const std::vector<std::string> progids = Lines(run.out);
-  for (const char* progid :
-       {"qvglobal10.CQVActiveBar", "qvglobal10.CQvUsedKeys_t_",
-        "qvglobal10.CARBefDetSecParam_t_", "qvglobal10.CQvAREvents"}) {
-    EXPECT_NE(std::find(progids.begin(), progids.end(), progid), progids.end())
-        << progid;
-  }
-  EXPECT_TRUE(std::is_sorted(progids.begin(), progids.end(),
-                             [](const std::string& a, const std::string& b) {
-                               return text::LCase(a) < text::LCase(b);
-                             }));
+  ASSERT_EQ(progids.size(), 25u);
+  EXPECT_EQ(progids.front(), "QvCentral10.QvProperties");
+  EXPECT_EQ(progids[1], "qvglobal10.CARBefDetSecParam_t_");
+  EXPECT_EQ(progids.back(), "VBA.Collection");
 }
 
-TEST(QvToolTest, ClassesShowsOneInterfaceInOrder) {
-  const ToolRun bar = RunQv("classes QVGLOBAL10.cqvactivebar");
-  EXPECT_EQ(bar.status, 0);
-  const std::vector<std::string> lines = Lines(bar.out);
-  ASSERT_EQ(lines.size(), 22u);
-  EXPECT_EQ(lines[0], "qvglobal10.CQVActiveBar (CQVActiveBar)");
-  EXPECT_EQ(lines[1], "   1  MNU_CUT_TOOLNAME                get");
-  EXPECT_EQ(lines[18], "  18  ARRAY_TOOLNAMES                 get");
-  EXPECT_EQ(lines[21],
+TEST(QvToolTest, ClassesShowsOneInterface) {
+  // Any letter case finds the class; the registered spelling is shown.
+  EXPECT_EQ(RunQv("classes QVGLOBAL10.cqvarevents"),
+            (ToolRun{0,
+                     "qvglobal10.CQvAREvents (CQvAREvents)\n"
+                     "   1  REBefPrRowDetSec  method       (Object, Array&)\n"
+                     "events:\n"
+                     "      BefPrRowDetSec(Object ARBefDetSecParam, Array& "
+                     "vChangeRowValues)\n",
+                     ""}));
+  const std::vector<std::string> bar =
+      Lines(RunQv("classes qvglobal10.CQVActiveBar").out);
+  ASSERT_EQ(bar.size(), 22u);
+  EXPECT_EQ(bar[21],
             "  21  ABKeyCodeToSendKeyStr           method       (Integer&)");
-
-  const ToolRun events = RunQv("classes qvglobal10.CQvAREvents");
-  EXPECT_EQ(events.status, 0);
-  EXPECT_EQ(events.out,
-            "qvglobal10.CQvAREvents (CQvAREvents)\n"
-            "   1  REBefPrRowDetSec  method       (Object, Array&)\n"
-            "events:\n"
-            "      BefPrRowDetSec(Object ARBefDetSecParam, Array& "
-            "vChangeRowValues)\n");
-
   const ToolRun param = RunQv("classes qvglobal10.CARBefDetSecParam_t_");
   EXPECT_EQ(Lines(param.out)[1], "   1  RowQvDs          get/let      = Long");
   EXPECT_EQ(Lines(param.out)[5], "   5  WasLastRowEmpty  get");
 }
 
 TEST(QvToolTest, ClassesOfAnUnknownProgIdFails) {
-  const ToolRun run = RunQv("classes qvglobal10.NoSuchClass");
-  EXPECT_EQ(run.status, 1);
-  EXPECT_EQ(run.out, "");
-  EXPECT_EQ(run.err, "ActiveX component can't create object\n");
+  EXPECT_EQ(RunQv("classes qvglobal10.NoSuchClass"),
+            (ToolRun{1, "", "ActiveX component can't create object\n"}));
 }
 
 TEST(QvToolTest, DemoRemovesItsTemporaryFolder) {
