@@ -138,7 +138,15 @@ TEST(QvToolTest, DemoKeepsTheFolderGivenWithDir) {
   const ToolRun run = RunQv("demo --dir '" + dir + "'");
   EXPECT_EQ(run.status, 0) << run.err;
   EXPECT_EQ(Lines(run.out).at(0), "qv demo in " + dir);
-  EXPECT_TRUE(fs::is_directory(dir));
+  // The settings step restores a saved form; its file stays in the folder.
+  for (const char* line :
+       {"  a form never saved opens centred: left 640, top 300, 640 x 480\n",
+        "  after saving and reopening:     left 40, top 30, 800 x 600\n",
+        "      Raster=-1\n"}) {
+    EXPECT_NE(run.out.find(line), std::string::npos) << line;
+  }
+  EXPECT_EQ(RunQv("ini get '" + dir + "/demo.ini' frmDemo width"),
+            (ToolRun{0, "800\n", ""}));
 }
 
 // An error no command expects (here the file system refusing a folder under
