@@ -46,12 +46,9 @@ TEST(QvToolTest, KeysRefusesWhatIsNoKeyCodeBeforePrintingAnything) {
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.args);
-    const ToolRun run = RunQv(c.args);
-    EXPECT_EQ(run.status, 1);
-    EXPECT_EQ(run.out, "");
-    EXPECT_EQ(run.err, c.err + "\n");
+    EXPECT_EQ(RunQv(c.args), (ToolRun{1, "", c.err + "\n"}));
   }
-  EXPECT_EQ(RunQv("keys +37").out, "{F11}\n");
+  EXPECT_EQ(RunQv("keys +37"), (ToolRun{0, "{F11}\n", ""}));
 }
 
 TEST(QvToolTest, UsageErrorsExitWithStatusTwo) {
@@ -65,9 +62,7 @@ TEST(QvToolTest, UsageErrorsExitWithStatusTwo) {
 }
 
 TEST(QvToolTest, VersionAndHelp) {
-  const ToolRun version = RunQv("--version");
-  EXPECT_EQ(version.status, 0);
-  EXPECT_EQ(version.out, "qv 1.0.0\n");
+  EXPECT_EQ(RunQv("--version"), (ToolRun{0, "qv 1.0.0\n", ""}));
   const ToolRun help = RunQv("--help");
   EXPECT_EQ(help.status, 0);
   for (const char* command : {"classes", "demo", "keys"}) {
