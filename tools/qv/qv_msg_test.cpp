@@ -27,30 +27,26 @@ TEST(QvMsgToolTest, ConvertsTextsWithValuesAndQuantities) {
       {"msg --lang en '@@1,t@@@@1,001/Temperatur@@' 293.15", "20.0 °C\n"},
   };
   for (const auto& c : cases) {
-    const ToolRun run = RunQv(c.args);
-    EXPECT_EQ(run.status, 0) << c.args;
-    EXPECT_EQ(run.out, c.out) << c.args;
-    EXPECT_EQ(run.err, "") << c.args;
+    EXPECT_EQ(RunQv(c.args), (ToolRun{0, c.out, ""})) << c.args;
   }
 }
 
 TEST(QvMsgToolTest, FaultyTextPrintsTheBoxes) {
-  const ToolRun run = RunQv("msg 'a@@2,x@@b' eins");
-  EXPECT_EQ(run.status, 1);
-  EXPECT_EQ(run.out, "");
-  EXPECT_EQ(run.err,
-            "mQVMessages->ConvertMsg: Für den Index 2 konnte kein "
-            "Platzhalter-Wert \nim Übergabeparameter ValuePlatzHalter "
-            "gefunden werden\nNachricht: ''a@@2,x@@b''\n");
+  EXPECT_EQ(RunQv("msg 'a@@2,x@@b' eins"),
+            (ToolRun{1, "",
+                     "mQVMessages->ConvertMsg: Für den Index 2 konnte kein "
+                     "Platzhalter-Wert \nim Übergabeparameter "
+                     "ValuePlatzHalter gefunden werden\nNachricht: "
+                     "''a@@2,x@@b''\n"}));
 }
 
 TEST(QvMsgToolTest, PropertiesListOrOneEntry) {
-  const ToolRun one = RunQv("msg --properties 001");
-  EXPECT_EQ(one.status, 0);
-  EXPECT_EQ(one.out,
-            "number     001\nname       Temperatur / Temperature\n"
-            "unit       K\ndisplay    °C / °C\n"
-            "conversion value * 1 + -273.15\ndecimals   1\n");
+  EXPECT_EQ(RunQv("msg --properties 001"),
+            (ToolRun{0,
+                     "number     001\nname       Temperatur / Temperature\n"
+                     "unit       K\ndisplay    °C / °C\n"
+                     "conversion value * 1 + -273.15\ndecimals   1\n",
+                     ""}));
   const ToolRun all = RunQv("msg --properties");
   EXPECT_EQ(all.status, 0);
   EXPECT_NE(all.out.find("\n047  Schalldruckpegel"), std::string::npos)
