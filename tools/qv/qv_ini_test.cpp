@@ -32,16 +32,15 @@ TEST_F(QvIniToolTest, SetGetDeleteAndShow) {
             0);
   ASSERT_EQ(Ini("set " + Quoted() + " Pfade Projekt /srv/qv").status, 0);
 
-  const ToolRun get = Ini("get " + Quoted() + " FENSTER titel");
-  EXPECT_EQ(get.status, 0);
-  EXPECT_EQ(get.out, " Raumbuch \n");
+  EXPECT_EQ(Ini("get " + Quoted() + " FENSTER titel"),
+            (ToolRun{0, " Raumbuch \n", ""}));
   EXPECT_EQ(Ini("get " + Quoted() + " Fenster Fehlt").out, "\n");
 
-  const ToolRun show = Ini("show " + Quoted());
-  EXPECT_EQ(show.status, 0);
-  EXPECT_EQ(show.out,
-            "[Fenster]\n  Breite=800\n  Titel= Raumbuch \n[Pfade]\n"
-            "  Projekt=/srv/qv\n");
+  EXPECT_EQ(Ini("show " + Quoted()),
+            (ToolRun{0,
+                     "[Fenster]\n  Breite=800\n  Titel= Raumbuch \n[Pfade]\n"
+                     "  Projekt=/srv/qv\n",
+                     ""}));
   EXPECT_EQ(Ini("show " + Quoted() + " pfade").out,
             "[Pfade]\n  Projekt=/srv/qv\n");
 
@@ -53,15 +52,13 @@ TEST_F(QvIniToolTest, SetGetDeleteAndShow) {
 TEST_F(QvIniToolTest, MissingFilesAndFailedWritesExitWithStatus1) {
   for (const char* command : {"get", "show"}) {
     const std::string rest = command == std::string("get") ? " S K" : " S";
-    const ToolRun run = Ini(std::string(command) + " " + Quoted() + rest);
-    EXPECT_EQ(run.status, 1) << command;
-    EXPECT_EQ(run.out, "") << command;
-    EXPECT_EQ(run.err, "qv ini: file not found: " + file_ + "\n") << command;
+    EXPECT_EQ(Ini(std::string(command) + " " + Quoted() + rest),
+              (ToolRun{1, "", "qv ini: file not found: " + file_ + "\n"}))
+        << command;
   }
   const std::string nowhere = dir_.File("fehlt") + "/user.ini";
-  const ToolRun set = Ini("set '" + nowhere + "' S K V");
-  EXPECT_EQ(set.status, 1);
-  EXPECT_EQ(set.err, "qv ini: could not write " + nowhere + "\n");
+  EXPECT_EQ(Ini("set '" + nowhere + "' S K V"),
+            (ToolRun{1, "", "qv ini: could not write " + nowhere + "\n"}));
   // Deleting from a file that is not there succeeds.
   EXPECT_EQ(Ini("delete " + Quoted() + " S").status, 0);
 }
