@@ -47,9 +47,7 @@ TEST(QvRoomsToolTest, ListsRoomsAsTreeFlatOrInterval) {
        "G1\tS1\tW1\tR1\nG1\tS3\tW2\tR1\n"},
   };
   for (const Case& c : cases) {
-    const ToolRun run = Rooms(project, c.args);
-    EXPECT_EQ(run.status, 0) << c.args << ": " << run.err;
-    EXPECT_EQ(run.out, c.out) << c.args;
+    EXPECT_EQ(Rooms(project, c.args), (ToolRun{0, c.out, ""})) << c.args;
   }
 }
 
@@ -76,19 +74,15 @@ TEST(QvRoomsToolTest, RefusesBadArgumentsAndFilesWritingNothing) {
            "Stock, Wohnung, Raum\n"},
   };
   for (const Case& c : cases) {
-    const ToolRun run = RunQv("rooms " + c.args);
-    EXPECT_EQ(run.status, 1) << c.args;
-    EXPECT_EQ(run.err, c.err) << c.args;
-    EXPECT_EQ(run.out, "") << c.args;
+    EXPECT_EQ(RunQv("rooms " + c.args), (ToolRun{1, "", c.err})) << c.args;
   }
   EXPECT_EQ(ReadFileBytes(project.path()), before);
 }
 
 TEST(QvRoomsToolTest, RenumbersInWalkingOrder) {
   RoomProject project(kProject);
-  const ToolRun run = Rooms(project, "--renumber");
-  EXPECT_EQ(run.status, 0) << run.err;
-  EXPECT_EQ(run.out, "numbered 4 rooms in walking order\n");
+  EXPECT_EQ(Rooms(project, "--renumber"),
+            (ToolRun{0, "numbered 4 rooms in walking order\n", ""}));
   auto rooms = project.OpenRecordset("Raum");
   std::string numbers;
   for (rooms->moveFirst(); !rooms->isEOF(); rooms->moveNext()) {
