@@ -84,16 +84,16 @@ TEST(QvNameToolTest, ProjectFolders) {
   qv::testing::TempDir tmp;
   const std::string project = tmp.File("Haus.qv3");
   std::filesystem::create_directory(project);
-  const ToolRun run = RunQv("name '" + project + "' /x/A.qv3/B.qv3/ /x/");
-  EXPECT_EQ(run.status, 0);
-  EXPECT_EQ(run.out, project +
-                         "\n"
-                         "  project folder   yes\n"
-                         "  project name     Haus\n"
-                         "/x/A.qv3/B.qv3/\n"
-                         "  project folder   no\n"
-                         "/x/\n"
-                         "  project folder   no\n");
+  EXPECT_EQ(RunQv("name '" + project + "' /x/A.qv3/B.qv3/ /x/"),
+            (ToolRun{0,
+                     project + "\n"
+                               "  project folder   yes\n"
+                               "  project name     Haus\n"
+                               "/x/A.qv3/B.qv3/\n"
+                               "  project folder   no\n"
+                               "/x/\n"
+                               "  project folder   no\n",
+                     ""}));
 }
 
 }  // namespace
