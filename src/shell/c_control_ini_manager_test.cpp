@@ -248,12 +248,6 @@ TEST_F(CControlIniManagerTest, ErrorsOfTheIniManagerPassThrough) {
   EXPECT_TRUE(testing::RaisesError(
       [&] { Call("SaveForm", Variant(ObjectPtr(form_))); }, kError,
       "qvIniManager.dll: Ini-File noch nicht angegeben"));
-  manager_->Let("IniFile", file_);
-  form_->Let("Name", "");
-  EXPECT_TRUE(testing::RaisesError(
-      [&] { Call("LoadForm", Variant(ObjectPtr(form_))); }, kError,
-      "qvIniManager.dll: Sektionsnamen nicht angegeben"));
-  EXPECT_EQ(Bytes(), "");
 }
 
 }  // namespace
