@@ -26,9 +26,7 @@ TEST(CQvModulPropTest, NamesTheProjectAndModuleFileWithEitherSeparator) {
     std::string folder, instance, modul, full_path, project;
   };
   const Row rows[] = {
-      {"C:\\P\\Haus.qv3", "Haus", "VM", "C:\\P\\Haus.qv3\\Haus_VM.qv3", "Haus"},
       {"/p/Haus.qv3", "Haus A", "EZ", "/p/Haus.qv3/Haus A_EZ.qv3", "Haus"},
-      {"/p/Haus.qv3/", "Haus", "vm", "/p/Haus.qv3/Haus_vm.qv3", "Haus"},
       {"C:\\P/Mix.qv3", "M", "SY", "C:\\P/Mix.qv3/M_SY.qv3", "Mix"},
       {"", "Haus", "VM", "Haus_VM.qv3", ""},
   };
@@ -105,9 +103,6 @@ TEST_F(SendMessageTest, WrongReceiverFailsBeforeAnythingIsSent) {
       "Wenn im Parameter vQvModul ein Pfad angegeben wurde, dann muss der "
       "Parameter sModulName empty sein.",
       ""));
-  EXPECT_TRUE(RaisesError(
-      [&] { prop_->SendQvModulMsg(int32_t{999}, xml_); }, kError1000,
-      "CQvModulDefs->GetExtension: Modul '999' nicht gefunden."));
   EXPECT_EQ(app_->CallCount("SendQvModulMsg"), 0u);
 
   ObjectPtr none;
