@@ -41,9 +41,7 @@ class RoundTripTest(unittest.TestCase):
             datetime.datetime(2024, 3, 1, 12, 30, 15),
             datetime.datetime(1899, 12, 30),
             datetime.datetime(1899, 12, 29, 6, 0),  # before day 0
-            datetime.datetime(1800, 1, 1, 23, 59, 59),
             datetime.datetime(9999, 12, 31, 23, 59, 59, 999000),
-            datetime.datetime(2024, 2, 29, 0, 0, 0, 250000),
         ):
             with self.subTest(value=value):
                 self.assertRoundTrip(value)
