@@ -1,6 +1,6 @@
 """Messages from Python: message text conversion with a Python list of
 values, and an error list shown in a grid written in Python, its events and
-its help requests. The conversion's cases are tested in C++."""
+its help requests. Conversion cases and the list's rules are tested in C++."""
 
 import tempfile
 import unittest
@@ -65,12 +65,11 @@ class Listener:
 
 
 class ErrListTest(unittest.TestCase):
-    def test_rows_duplicates_and_events(self):
+    def test_rows_and_events(self):
         errors = create("CQvErrList")
         listener = Listener()
         errors.advise(listener)
         errors.addError(message(12, 1, "Raum R12: U-Wert zu hoch", "R12"))
-        errors.addError(message(12, 0, "wiederholt", "R12"))
         errors.addError(message(30, 3, "Raum R14: keine Fenster", "R14"))
         grid = Grid()
         errors.QvTGrErr = grid
@@ -78,12 +77,9 @@ class ErrListTest(unittest.TestCase):
                                      [204, "Raum R14: keine Fenster"]])
         grid.sink.OnDClicked(1, 1)
         grid.sink.OnRowChange(1, 0)
-        grid.sink.OnDClicked(2, 1)
         self.assertEqual(listener.events, [("select", 30), ("highlight", 12)])
         errors.QvTGrErr = None
         self.assertIsNone(grid.sink)
-        errors.clear()
-        self.assertTrue(errors.isEmpty)
 
 
 class ConvertMsgTest(unittest.TestCase):
