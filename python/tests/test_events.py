@@ -57,16 +57,18 @@ class ReportEventTest(unittest.TestCase):
     def test_sink_gets_the_array_boxed_and_replaces_it(self):
         sink = ReplacingSink()
         self.events.advise(sink)
-        self.assertEqual(self.raise_row(["R1", "x", "y"]), ["neu", "n3"])
+        self.events.advise(BoldSink())
+        self.assertEqual(self.raise_row(["R1", "x", "y"]), ["neu", "N3"])
         self.assertEqual(sink.kinds, ("Dispatch", "ByRef"))
 
-    def test_sinks_without_the_event_are_passed_over(self):
+    def test_sinks_run_in_order_of_advising_passing_over_others(self):
         class Other:  # a sink without the event
             pass
 
+        self.events.advise(BoldSink())
         self.events.advise(Other())
         self.events.advise(ByRefSink())
-        self.assertEqual(self.raise_row(["R1", "x"]), ["R1", "x", "added"])
+        self.assertEqual(self.raise_row(["R1", "x"]), ["R1", "X", "added"])
         self.assertIs(self.param.AddRow, True)
 
     def test_unadvise_by_sink_and_by_cookie(self):
