@@ -103,6 +103,9 @@ TEST_F(SendMessageTest, WrongReceiverFailsBeforeAnythingIsSent) {
       "Wenn im Parameter vQvModul ein Pfad angegeben wurde, dann muss der "
       "Parameter sModulName empty sein.",
       ""));
+  EXPECT_TRUE(RaisesError(
+      [&] { prop_->SendQvModulMsg(int32_t{999}, xml_); }, kError1000,
+      "CQvModulDefs->GetExtension: Modul '999' nicht gefunden."));
   EXPECT_EQ(app_->CallCount("SendQvModulMsg"), 0u);
 
   ObjectPtr none;
