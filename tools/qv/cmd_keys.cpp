@@ -23,9 +23,12 @@ namespace {
 int16_t ParseKeyCode(const std::string& text) {
   long value = 0;
   const char* end = text.data() + text.size();
+  // from_chars reads a '-' but no '+': skip one '+', and refuse a sign
+  // after it ("+-5"), which from_chars would otherwise take as -5.
   const char* begin = text.data() + (text.starts_with('+') ? 1 : 0);
   const auto [ptr, ec] = std::from_chars(begin, end, value);
-  if (text.empty() || ptr != end || ec == std::errc::invalid_argument) {
+  if (text.empty() || ptr != end || ec == std::errc::invalid_argument ||
+      (begin != text.data() && *begin == '-')) {
     throw Error(err::kTypeMismatch, "qv keys",
                 "key code is not a whole number: '" + text + "'");
   }

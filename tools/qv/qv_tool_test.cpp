@@ -41,6 +41,7 @@ TEST(QvToolTest, KeysRefusesWhatIsNoKeyCodeBeforePrintingAnything) {
       {"keys 1.5", not_number + "'1.5'"},
       {"keys ' 7'", not_number + "' 7'"},
       {"keys 12abc", not_number + "'12abc'"},
+      {"keys +-5", not_number + "'+-5'"},
       {"keys 32768", out_of_range + "'32768'"},
       {"keys 99999999999999999999", out_of_range + "'99999999999999999999'"},
   };
