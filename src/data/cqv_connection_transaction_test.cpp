@@ -93,10 +93,6 @@ TEST_F(CQvConnectionTransactionTest, EndingWithoutATransactionIsAnError) {
   EXPECT_TRUE(RaisesError([&] { tx().RollbackTrans(); },
                           ds::dberr::kTransaction, "no transaction is open",
                           "DbConnection.RollbackTrans"));
-  tx().BeginTrans();
-  tx().CommitTrans();
-  EXPECT_TRUE(RaisesError([&] { tx().CommitTrans(); }, ds::dberr::kTransaction,
-                          "no transaction is open"));
   DbConnection closed;
   EXPECT_TRUE(RaisesError([&] { closed.BeginTrans(); }, ds::dberr::kNotOpen,
                           "connection is closed"));
@@ -156,23 +152,6 @@ TEST_F(CQvConnectionTransactionTest, RollbackTakesBackTablesAndLayouts) {
                  Variant(SafeArray{"Text", 203}), false);
   EXPECT_EQ(con().getTable("decke"), con().getTable("DECKE"));
   SetCurrentClipboard(nullptr);
-}
-
-TEST_F(CQvConnectionTransactionTest, TypedFormNestsWithTheCallersLevels) {
-  EXPECT_EQ(tx().BeginTrans(), 1);
-  {
-    DbConnection::Transaction inner(tx());
-    AddRoom("R2");
-    EXPECT_EQ(tx().TransactionDepth(), 2);
-    EXPECT_EQ(tx().BeginTrans(), 3);
-    EXPECT_TRUE(RaisesError([&] { inner.Commit(); }, ds::dberr::kTransaction,
-                            "inner transaction still open",
-                            "DbConnection.Transaction"));
-    tx().CommitTrans();
-  }  // not committed: R2 goes
-  tx().CommitTrans();
-  EXPECT_EQ(StoredRooms(), 1);
-  EXPECT_EQ(BlockRooms(), 1);
 }
 
 TEST(CQvConnectionReleaseTest, ATransactionLeftOpenIsRolledBack) {

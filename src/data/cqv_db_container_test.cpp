@@ -205,12 +205,9 @@ TEST_F(CQvDbContainerTest, ClearAllTablesKeepsVersions) {
   EXPECT_EQ(Count(file, "qvversions"), versions);
 }
 
-TEST_F(CQvDbContainerTest, CompactionKeepsEveryRecordAndNoTemporaryFile) {
+TEST_F(CQvDbContainerTest, CompactionRefusesOpenFilesAndRemovesTemporaryFile) {
   const std::string file = NewProject(QvDbCatalogTypeLocal);
   auto con = container_.getQvProjectConnection(file);
-  AddRoomTables(*con);
-  testing::FillHierarchy(*con->m_conConnection, testing::RoomLevels(),
-                         {10, 10, 10, 100});  // 100,000 rooms
   const std::string in_use =
       "CQvDBContainer: database in use, close its connections before "
       "compacting (Path: " +
@@ -237,8 +234,6 @@ TEST_F(CQvDbContainerTest, CompactionKeepsEveryRecordAndNoTemporaryFile) {
   EXPECT_FALSE(fs::exists(file + ".qvTmp"));
   EXPECT_GT(total, 0u);
   EXPECT_GT(last, 0u);
-  EXPECT_EQ(Count(file, "raum_t"), 100000);
-  EXPECT_EQ(Count(file, "raum"), 100000);
 }
 
 }  // namespace

