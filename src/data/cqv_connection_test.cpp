@@ -231,18 +231,27 @@ TEST_F(CQvConnectionTest, SavesAndRestoresThePositionOfEveryTable) {
 }
 
 // clearClipboards and the end of a connection empty the current clipboard
-// when it holds one of the connection's tables.
+// when it holds a record set of a table the connection has open, whichever
+// connection that record set came from; other tables leave it alone.
 TEST_F(CQvConnectionTest, ClipboardIsEmptiedByEveryConnectionOfItsTable) {
   db_.AddBuildingAndRoom();
   auto clipboard = std::make_shared<CQvClipboard>();
   SetCurrentClipboard(clipboard);
   std::shared_ptr<CQvConnection> keeper = db_.OpenAnother();
   clipboard->set_qvrs(keeper->getTable("gebaeude"));
+  con().getTable("raum");
+  con().clearClipboards();
+  EXPECT_NE(clipboard->qvrs(), nullptr);
   con().getTable("Gebaeude");
   con().clearClipboards();
   EXPECT_EQ(clipboard->qvrs(), nullptr);
 
   clipboard->set_qvrs(keeper->getTable("raum"));
+  {
+    std::shared_ptr<CQvConnection> other = db_.OpenAnother();
+    other->getTable("gebaeude");
+  }
+  EXPECT_NE(clipboard->qvrs(), nullptr);
   std::shared_ptr<ds::DbConnection> database;
   std::weak_ptr<QvRecordset> cached;
   {

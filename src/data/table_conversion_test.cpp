@@ -1,6 +1,6 @@
-// CQvConnection::convertTable: new columns in the data table, the record
-// templates dropped, the version written, every argument error, and all or
-// nothing when anything fails.
+// CQvConnection::convertTable: new columns in the data table, the records
+// kept with their values, the record templates dropped, the version written,
+// every argument error, and all or nothing when anything fails.
 #include <fmt/format.h>
 #include <gtest/gtest.h>
 
@@ -91,8 +91,11 @@ class ConvertTableTest : public ::testing::Test {
   testing::ProjectDatabase db_;
 };
 
-TEST_F(ConvertTableTest, AddsTheColumnsToTheDataTableAndDropsItsTemplates) {
+TEST_F(ConvertTableTest, AddsColumnsKeepsTheRecordsAndDropsTheTemplates) {
   AddTemplates();
+  AddRooms(3);
+  Rows records = Records("raum");
+  for (auto& record : records) record.resize(9, kNull);
   const std::vector<ColumnDef> key_table = catalog().Columns("raum");
 
   SafeArray param{"Hoehe", 3,       "Kurz", 202,    40, "Notiz",
@@ -114,6 +117,7 @@ TEST_F(ConvertTableTest, AddsTheColumnsToTheDataTableAndDropsItsTemplates) {
   EXPECT_EQ(con().getTableVersion("raum"), 2);
   EXPECT_EQ(con().getConnectionVersion(), 9);
   EXPECT_EQ(TemplateNames(), (std::vector<std::string>{"gebaeude", "raum_t"}));
+  EXPECT_EQ(Records("raum"), records);  // the new fields Null
 }
 
 TEST_F(ConvertTableTest, AnEmptyParameterArrayOnlyWritesTheVersion) {
