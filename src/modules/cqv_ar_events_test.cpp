@@ -128,10 +128,6 @@ TEST(CQvAREventsTest, ObjectListenerGetsTheArrayByReference) {
   EXPECT_TRUE(row.param->EmptyRow());
   EXPECT_EQ(row.values,
             SafeArray({"geändert", 2.5, Variant(), int32_t{42}}, 1));
-
-  events->events()->Unadvise(listener);
-  events->REBefPrRowDetSec(row.param, row.values);
-  EXPECT_EQ(listener->CallCount("befprrowdetsec"), 1u);
 }
 
 TEST(CQvAREventsTest, ListenerErrorReachesTheCallerAfterEarlierChanges) {
