@@ -140,11 +140,10 @@ std::string ProfileDocument::ToBytes() const& {
     // A file is read as UTF-8 when its bytes are valid UTF-8; an edit that
     // removes the last byte that made them invalid would change what the
     // rest of the file reads as (a leading "ï»¿" would become a byte order
-    // mark, "Ã¤" an "ä"). Such bytes are written as UTF-8 instead.
+    // mark, "Ã¤" an "ä"). Such bytes are written as UTF-8 instead (for
+    // ASCII text both encodings give the same bytes).
     std::optional<std::string> bytes = ToWindows1252(text_);
-    if (bytes && (IsAscii(*bytes) || !text::IsValidUtf8(*bytes))) {
-      return *std::move(bytes);
-    }
+    if (bytes && !text::IsValidUtf8(*bytes)) return *std::move(bytes);
     return text_;
   }
   return bom_ ? std::string(kUtf8Bom) + text_ : text_;
